@@ -1,0 +1,155 @@
+// The driver frame: the order of the create run and the clean run, the removal
+// of migrated file trees and the line-by-line clean scripts.
+#include "MakeConvEToKiv/convbatcom/ConvBat.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "MakeConvEToKiv/convcom/ConvApp.h"
+#include "MakeConvLib/cmsbase/CMSioObjApp.h"
+#include "base/comFile.h"
+#include "database/CdDBConnection.h"
+
+ConvBat::ConvBat(ConvApp* app)
+    : app_(app), entConnection_(app->EntConnection()), kivConnection_(app->KivConnection()) {}
+
+ConvBat::~ConvBat() = default;
+
+int32_t ConvBat::Run() {
+    if (hasPrepareStage_) {
+        app_->PutMessage("", 10, 0, 0);
+        int32_t ret = RunPrepare();
+        if (ret != 0) {
+            app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+            return ret;
+        }
+        app_->PutMessage("", 11, 0, 0);
+    }
+    BeginMain();
+    app_->SetAbortInTransaction(true);
+    int32_t ret = RunMain();
+    if (ret != 0) {
+        app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+        return ret;
+    }
+    return 0;
+}
+
+int32_t ConvBat::Clean() {
+    int32_t ret = CleanFiles();
+    if (ret != 0) {
+        app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+        return ret;
+    }
+    if (hasPrepareStage_) {
+        ret = RunCleanScript(false, false);
+        if (ret != 0) {
+            app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+            return ret;
+        }
+    }
+    ret = RunCleanScript(true, false);
+    if (ret != 0) {
+        app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+        return ret;
+    }
+    return 0;
+}
+
+int32_t ConvBat::Hook() { return 0; }
+
+int32_t ConvBat::CleanFiles() {
+    if (!moduleDir_.empty()) {
+        int32_t ret = CleanDir(moduleDir_.c_str(), nullptr);
+        if (ret != 0) {
+            app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+            return ret;
+        }
+    }
+    return 0;
+}
+
+int32_t ConvBat::GetCleanRoot(std::string& path) {
+    path = std::string(GetFileDir()) + std::to_string(GetCorporateId()) + "/";
+    return 0;
+}
+
+int32_t ConvBat::CleanDir(const char* name, const comDirFilter& filter) {
+    std::string path;
+    GetCleanRoot(path);
+    path += name ? name : "";
+    int32_t ret = RemoveDir(path.c_str(), filter);
+    if (ret != 0) {
+        app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+        return ret;
+    }
+    return 0;
+}
+
+int32_t ConvBat::RemoveDir(const char* path, const comDirFilter& filter) {
+    if (!path) {
+        app_->ReportError(-1099, CONV_HERE, false, nullptr, "引数エラー");
+        return -1099;
+    }
+    if (!comIsDir(path)) return 0;  // a tree that isn't there is clean
+    errno = 0;
+    if (comDirDelete(path, filter, false) != 0) {
+        const char* reason = errno != 0 ? std::strerror(errno) : nullptr;
+        if (reason && *reason)
+            app_->ReportError(-8000002, CONV_HERE, true, nullptr,
+                              "ディレクトリの削除に失敗しました。Path=[%s] エラー詳細[%s]", path, reason);
+        else
+            app_->ReportError(-8000002, CONV_HERE, true, nullptr, "ディレクトリの削除に失敗しました。Path=[%s]",
+                              path);
+        return -8000002;
+    }
+    return 0;
+}
+
+const char* ConvBat::GetCleanScriptPath(bool isTarget, bool isIndex) {
+    const char* name = isIndex ? "clean_fts" : (isTarget ? "clean_kiv" : "clean_ent");
+    scriptPath_ = app_->GetSqlScriptPath(name);
+    return scriptPath_.c_str();
+}
+
+int32_t ConvBat::RunCleanScript(bool isTarget, bool isIndex) {
+    CdDBConnection* conn = (isIndex || !isTarget) ? entConnection_ : kivConnection_;
+    if (!conn) return 0;
+    conn->SetTransactional(false);
+    const char* path = GetCleanScriptPath(isTarget, isIndex);
+    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path, "r"), std::fclose);
+    if (!file) {
+        app_->ReportError(-1021, CONV_HERE, false, path, nullptr);
+        return -1021;
+    }
+    char line[8192];
+    while (std::fgets(line, 8191, file.get())) {
+        if (line[0] == '\0' || line[0] == '\r' || line[0] == '\n') continue;
+        if (line[0] == '-' && line[1] == '-') continue;
+        int32_t ret = conn->Exec(line);
+        if (ret == 0 || ret == -1110) continue;
+
+        char message[1024];
+        std::snprintf(message, sizeof message, "%s", conn->GetErrorMessage());
+        char reason[2048];
+        std::snprintf(reason, sizeof reason, "(err[%d] status[%d] msg[%s])", ret, conn->GetStatus(), message);
+        const char* format = isIndex    ? "Quillmere KIVの索引情報のデータベースの初期化に失敗しました。 sql[%s] %s"
+                             : isTarget ? "Quillmere KIVのデータベースの初期化に失敗しました。 sql[%s] %s"
+                                        : "Quillmere KIVの前準備用データベースの初期化に失敗しました。 sql[%s] %s";
+        app_->ReportError(ret, CONV_HERE, true, nullptr, format, line, reason);
+        return ret;
+    }
+    return 0;
+}
+
+int32_t ConvBat::RunPrepare() {
+    app_->ReportError(-1, CONV_HERE, false, nullptr, nullptr);
+    return -1;
+}
+
+int32_t ConvBat::BeginMain() {
+    app_->PutMessage("", 12, 0, 0);
+    return 0;
+}

@@ -1,0 +1,42 @@
+// The batch driver frame: the create run (stage A, then stage B) and the clean
+// run (migrated files, then the clean scripts of both databases).
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/comFile.h"
+
+class ConvApp;
+class CdDBConnection;
+
+
+class ConvBat {
+public:
+    explicit ConvBat(ConvApp* app);
+    virtual ~ConvBat();
+    ConvBat(const ConvBat&) = delete;
+    ConvBat& operator=(const ConvBat&) = delete;
+
+    virtual int32_t Run();
+    virtual int32_t Clean();
+    virtual int32_t Hook();
+    virtual int32_t CleanFiles();
+    virtual int32_t CleanDir(const char* name, const comDirFilter& filter);
+    virtual int32_t GetCleanRoot(std::string& path);
+    virtual int32_t RemoveDir(const char* path, const comDirFilter& filter);
+    virtual int32_t RunCleanScript(bool isTarget, bool isIndex);
+    virtual const char* GetCleanScriptPath(bool isTarget, bool isIndex);
+    virtual int32_t RunPrepare();
+    virtual int32_t RunMain() = 0;
+    virtual int32_t BeginMain();
+
+protected:
+    ConvApp* app_;
+    CdDBConnection* entConnection_;
+    CdDBConnection* kivConnection_;
+    bool hasPrepareStage_ = true;
+    std::string scriptPath_;
+    std::string moduleDir_;
+    std::string userDir_;
+};

@@ -1,0 +1,41 @@
+// comTrace: the base library's way to leave trace text for the application's log.
+#include "MakeConvLib/cmsbase/comTrace.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+
+#include "MakeConvLib/cmsbase/CMSioObjApp.h"
+
+std::string comTraceEncode(std::string_view text, std::size_t maxChars) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string out;
+    out.reserve(std::min(maxChars, text.size() * 2));
+    for (unsigned char c : text) {
+        if (c == '\r') continue;
+        if (c == '\n') {
+            if (out.size() + 1 > maxChars) break;
+            out.push_back('\n');
+            continue;
+        }
+        if (out.size() + 2 > maxChars) break;
+        out.push_back(kDigits[c >> 4]);
+        out.push_back(kDigits[c & 0x0f]);
+    }
+    return out;
+}
+
+int comTrace(const char* format, ...) {
+    CMSioObjApp* settings = GetSettingsObject();
+    if (!settings) return CMS_ERR_NO_SETTINGS;
+    char text[COM_TRACE_TEXT_MAX + 1] = {};
+    if (format) {
+        va_list args;
+        va_start(args, format);
+        std::vsnprintf(text, sizeof text, format, args);
+        va_end(args);
+    }
+    std::string line = comTraceEncode(text, COM_TRACE_CODE_MAX);
+    line.push_back('\n');
+    return settings->AppendErrorDetail(line.c_str());
+}

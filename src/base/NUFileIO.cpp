@@ -1,0 +1,212 @@
+// Record file reading and writing: the line rules of the reader, the byte format
+// of the writer, and the lock file around both.
+#include "base/NUFileIO.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+#include "base/comFile.h"
+#include "base/comLock.h"
+#include "base/comStr.h"
+
+namespace {
+
+struct FileCloser {
+    void operator()(FILE* file) const noexcept { fclose(file); }
+};
+using FilePtr = std::unique_ptr<FILE, FileCloser>;
+
+// A "#" is a comment only with a TAB directly before it; the text is cut at the TAB.
+void CutTabComment(char* text) {
+    if (char* tab = std::strstr(text, "\t#")) *tab = '\0';
+}
+
+}  // namespace
+
+NUFileIO::~NUFileIO() { Unlock(); }
+
+void NUFileIO::Unlock() {
+    if (lockFd < 0) return;
+    close(lockFd);
+    lockFd = -1;
+}
+
+void NUFileIO::SetSeparator(char character) { separator = character; }
+
+char* NUFileIO::TrimValue(char* text) { return comStrRTrim(text); }
+
+int NUFileIO::ReadLock(const std::string& path) {
+    std::string lockPath = path + ".lk";
+    Unlock();
+    int fd = comLockFileRead(lockPath.c_str(), lockRetry, lockSleep, false);
+    if (fd < 0) {
+        switch (errno) {
+            case ENOENT:
+            case EBADF:
+            case ENOTDIR:
+                return -16;
+            case EAGAIN:
+            case EACCES:
+                return -17;
+            default:
+                return -14;
+        }
+    }
+    lockFd = fd;
+    return 0;
+}
+
+int NUFileIO::WriteLock(const std::string& path) {
+    std::string lockPath = path + ".lk";
+    Unlock();
+    int fd = lockShare ? comLockFileWriteShare(lockPath.c_str(), lockRetry, lockSleep,
+                                               O_RDWR | O_CREAT, false)
+                       : comLockFileWrite(lockPath.c_str(), lockRetry, lockSleep);
+    if (fd < 0) return (errno == EACCES || errno == EAGAIN) ? -17 : -15;
+    lockFd = fd;
+    return 0;
+}
+
+int NUFileIO::ReadFile(NUioObj* object, bool dirtyOk) {
+    if (!object) return -1;
+    std::string path;
+    int ret = object->NUioObjGetPath(path);
+    if (ret != 0) return ret;
+
+    int result = 0;
+    if (!noLock) {
+        if (dirtyOk) {
+            lockRetry = 1;
+            lockSleep = 0;
+        }
+        ret = ReadLock(path);
+        if (ret != 0) {
+            if (!dirtyOk || ret != -17) return ret;
+            result = -19;  // read anyway, without the lock
+        }
+    }
+
+    ret = 0;
+    FilePtr in(fopen(path.c_str(), "r"));
+    if (!in) {
+        ret = (errno == ENOENT || errno == EBADF || errno == ENOTDIR) ? -16 : -10;
+    }
+    char line[kLineBuffer];
+    std::string section;
+    bool inLongLine = false;  // the last piece ended without LF
+    while (ret == 0 && in && fgets(line, sizeof line, in.get())) {
+        std::size_t len = std::strlen(line);
+        bool continuesPiece = inLongLine;
+        inLongLine = len == 0 || line[len - 1] != '\n';
+        if (!inLongLine) line[len - 1] = '\0';
+
+        if (continuesPiece) {
+            CutTabComment(line);
+            TrimValue(line);
+            ret = object->AddContinuation(line);
+        } else {
+            ret = object->ParseLine(line, section);
+            if (ret == 1) {
+                ret = 0;
+                continue;
+            }
+            if (ret != 0) break;
+            if (line[0] == '\t') {
+                line[0] = '\n';
+                if (line[1] != '\0') TrimValue(line + 1);
+                ret = object->AddContinuation(line);
+            } else {
+                char* sep = std::strchr(line, separator);
+                char* hash = std::strchr(line, '#');
+                if (hash && (!sep || hash < sep) &&
+                    (hash == line || hash[-1] == ' ' || hash[-1] == '\t'))
+                    continue;  // a comment line
+                if (!sep) continue;
+                *sep = '\0';
+                comStrRTrim(line);
+                char* value = sep + 1;
+                CutTabComment(value);
+                TrimValue(value);
+                ret = object->AddValue(line, value, section.c_str());
+                if (ret != 0) break;
+            }
+        }
+        if (ret == -7) ret = 0;  // nothing to continue is no error
+    }
+    in.reset();
+    if (!noLock) Unlock();
+    return ret != 0 ? ret : result;
+}
+
+bool NUFileIO::WriteRecord(FILE* out, const std::string& section, const char* name,
+                           const char* value) {
+    if (!section.empty() && fprintf(out, "%c%s%c", '[', section.c_str(), ']') < 0) return false;
+    if (fprintf(out, "%s%c", name, separator) < 0) return false;
+    for (const char* p = value; p && *p;) {
+        const char* lf = std::strchr(p, '\n');
+        std::size_t len = lf ? static_cast<std::size_t>(lf - p) : std::strlen(p);
+        std::size_t keep = (lf && len > 0 && p[len - 1] == '\r') ? len - 1 : len;
+        if (keep && fwrite(p, 1, keep, out) != keep) return false;
+        if (!lf) break;
+        if (fputs("\n\t", out) < 0) return false;
+        p = lf + 1;
+    }
+    return fputc('\n', out) != EOF;
+}
+
+int NUFileIO::WriteFile(NUioObj* object, bool keepLock) {
+    if (!object) return -1;
+    std::string path;
+    int ret = object->NUioObjGetPath(path);
+    if (ret != 0) return ret;
+    if (comIsDir(path.c_str())) return -11;
+    if (!(keepLock && lockFd >= 0)) {
+        ret = WriteLock(path);
+        if (ret != 0) return ret;
+    }
+
+    std::string backup = path + ".bk";
+    FilePtr out(fopen(backup.c_str(), "w"));
+    if (!out) return -10;
+    std::string section;
+    for (int index = 0;; ++index) {
+        const char* name = nullptr;
+        const char* value = nullptr;
+        section.clear();
+        if (object->GetItem(index, &name, &value, section) != 0) break;
+        if (!name) continue;
+        if (!WriteRecord(out.get(), section, name, value)) return -12;
+    }
+    // Buffered bytes reach the disk only now; a failure here is a failed write.
+    if (fclose(out.release()) != 0) return -12;
+    if (comFileRename(backup.c_str(), path.c_str()) != 0) return errno == EEXIST ? -18 : -13;
+    if (!keepLock) Unlock();
+    return 0;
+}
+
+int NUFileIO::LockFile(NUioObj* object) {
+    if (!object) return -1;
+    std::string path;
+    int ret = object->NUioObjGetPath(path);
+    if (ret != 0) return ret;
+    return WriteLock(path);
+}
+
+int NUFileIO::DeleteFile(NUioObj* object, bool keepLock, bool removeLockFile) {
+    if (!object) return -1;
+    std::string path;
+    int ret = object->NUioObjGetPath(path);
+    if (ret != 0) return ret;
+    if (!(keepLock && lockFd >= 0)) {
+        ret = WriteLock(path);
+        if (ret != 0) return ret;
+    }
+    unlink(path.c_str());
+    if (keepLock) return 0;
+    Unlock();
+    if (removeLockFile) unlink((path + ".lk").c_str());
+    return 0;
+}

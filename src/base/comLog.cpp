@@ -1,0 +1,108 @@
+// The debug log: one process-wide path, opened and closed for every line so that
+// other processes can append; and the numbered logs that the settings name.
+#include "base/comLog.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "base/comClock.h"
+#include "base/comTime.h"
+
+namespace {
+
+constexpr std::size_t kPathMax = 1024;
+char g_logPath[kPathMax] = {};
+
+struct NumberedLog {
+    int number;
+    std::string path;
+};
+std::vector<NumberedLog> g_numbered;
+
+// "YYYY/MM/DD hh:mm:ss" in the fixed local zone, with ".mmm" when millis is set.
+void FormatNow(char* out, std::size_t size, bool millis) {
+    char date[16] = {}, time[16] = {};
+    comTimeNowLocal(date, time);
+    timespec now{};
+    comClockNow(&now);
+    if (millis)
+        snprintf(out, size, "%.4s/%.2s/%.2s %.2s:%.2s:%.2s.%03d ", date, date + 4, date + 6, time,
+                 time + 2, time + 4, static_cast<int>(now.tv_nsec / 1000000));
+    else
+        snprintf(out, size, "%.4s/%.2s/%.2s %.2s:%.2s:%.2s ", date, date + 4, date + 6, time,
+                 time + 2, time + 4);
+}
+
+void AppendLine(const char* path, bool millis, const char* format, va_list args) {
+    int fd = open(path, O_WRONLY | O_CREAT | O_APPEND, 0666);
+    if (fd < 0) return;
+    char stamp[64];
+    FormatNow(stamp, sizeof stamp, millis);
+    std::vector<char> text(8192);
+    int n = vsnprintf(text.data(), text.size(), format, args);
+    std::size_t len = n < 0 ? 0 : std::min<std::size_t>(static_cast<std::size_t>(n), text.size() - 1);
+    std::string line = stamp;
+    line.append(text.data(), len);
+    const char* p = line.data();
+    std::size_t left = line.size();
+    while (left > 0) {
+        ssize_t w = write(fd, p, left);
+        if (w <= 0) break;
+        p += w;
+        left -= static_cast<std::size_t>(w);
+    }
+    close(fd);
+}
+
+}  // namespace
+
+void comLogSetPath(const char* newPath, char* outOldPath) {
+    if (outOldPath) {
+        std::memcpy(outOldPath, g_logPath, kPathMax);
+    }
+    if (!newPath) {
+        g_logPath[0] = '\0';
+        return;
+    }
+    snprintf(g_logPath, kPathMax, "%s", newPath);
+}
+
+const char* comLogGetPath() { return g_logPath; }
+
+void comDebugLog(const char* format, ...) {
+    if (g_logPath[0] == '\0' || !format) return;
+    va_list args;
+    va_start(args, format);
+    AppendLine(g_logPath, true, format, args);
+    va_end(args);
+}
+
+void comNumberedLogSet(int number, const char* path) {
+    for (auto& entry : g_numbered) {
+        if (entry.number == number) {
+            entry.path = path ? path : "";
+            return;
+        }
+    }
+    g_numbered.push_back({number, path ? path : ""});
+}
+
+void comNumberedLog(int number, const char* format, ...) {
+    if (!format) return;
+    for (const auto& entry : g_numbered) {
+        if (entry.number != number || entry.path.empty()) continue;
+        va_list args;
+        va_start(args, format);
+        AppendLine(entry.path.c_str(), false, format, args);
+        va_end(args);
+        return;
+    }
+}
+
+void comNumberedLogReset() { g_numbered.clear(); }

@@ -1,0 +1,41 @@
+// The database connection on libpq: connect with retries, statements in implicit
+// transactions, row reading from the one open result, and SQLSTATE mapping.
+#pragma once
+
+#include <cstdint>
+
+#include "database/CdDBConnection.h"
+
+class CdDBConnection_PG : public CdDBConnection {
+public:
+    CdDBConnection_PG();
+    ~CdDBConnection_PG() override;
+
+    int Connect(const char* user, const char* password, const char* host, const char* dbname,
+                const char* port, int timeoutSeconds) override;
+    int Disconnect() override;
+    bool IsConnected() const override;
+    bool HasResult() const override;
+    int Exec(const char* sql, const char* param = nullptr, void* reserved = nullptr,
+             const char* const* paramArray = nullptr, int paramCount = 0) override;
+    int GetColumnCount() const override;
+    int GetColumnName(char* buffer, int index) const override;
+    int GetValue(char** out, int index, uint32_t* outType) const override;
+    int GetValueByName(char** out, const char* name) const override;
+    int NextRow() override;
+    bool IsEnd() const override;
+    void ClearResult() override;
+    int Commit() override;
+    int Rollback(int code) override;
+
+private:
+    int Begin();
+    void ApplyStatementTimeout();
+    void SendSetting(const char* sql);
+    // Fills status and errorMessage from a failed result (nullptr: none at all),
+    // writing the error block to the current log where the SQLSTATE calls for it.
+    void FillError(pg_result* failed);
+    void FillConnectError(pg_conn* failed);
+    void LogAccess(const char* sql) const;
+    void TraceStatement(const char* sql, const char* param, long long startMillis) const;
+};

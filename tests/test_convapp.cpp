@@ -1,0 +1,252 @@
+// The application object without databases: start-up, paths, the status file
+// through a run's functions, and the two logs that reports write.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <regex>
+
+#include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
+#include "TestSupport.h"
+#include "base/NUFileIO.h"
+#include "base/NUioObj.h"
+#include "base/comClock.h"
+#include "base/comLog.h"
+
+using namespace testsupport;
+
+namespace {
+
+// The application with its databases standing in as opened.
+class StandInApp : public ConvAppStd {
+public:
+    using ConvAppStd::ConvAppStd;
+    int32_t OpenDatabases() override { return 0; }
+};
+
+const char kLabel[] = "スケジュール、設備予約、議事録、来訪者管理";
+
+struct AppRun {
+    // The logs need conv/log/, which the program doesn't create.
+    explicit AppRun(const std::string& root, const std::string& mode = "create")
+        : args(RunArgs(root, mode, "1")), app(args.Argc(), args.Argv(), "sch") {
+        MakeDirs(root + "/conv/log");
+    }
+    Args args;
+    StandInApp app;
+};
+
+std::vector<std::string> Values(const std::string& content, const std::string& name) {
+    std::vector<std::string> out;
+    for (const std::string& line : Lines(content))
+        if (line.rfind(name + "=", 0) == 0) out.push_back(line.substr(name.size() + 1));
+    return out;
+}
+
+std::vector<std::string> UserLog(const std::string& root) {
+    std::vector<std::string> out;
+    for (const std::string& line : Lines(ReadFile(root + "/conv/log/sch.log"))) out.push_back(StripStamp(line));
+    return out;
+}
+
+std::vector<std::string> Trace(const std::string& path) {
+    TraceLog log = ReadTrace(path);
+    EXPECT_TRUE(log.wellFormed);
+    return log.reports;
+}
+
+int g_sleepsOfOneSecond = 0;
+void CountSleep(unsigned seconds) {
+    if (seconds == 1) ++g_sleepsOfOneSecond;
+}
+
+}  // namespace
+
+TEST(ConvApp, ArgumentsPathsAndScripts) {
+    TempDir dir;
+    std::vector<std::string> values = RunArgs(dir.Path(), "create", "1");
+    values[1] = dir.Path();  // no trailing slash
+    values[9] = "/opt/target\\";
+    Args args(values);
+    StandInApp app(args.Argc(), args.Argv(), "sch");
+    app.ReadArguments();
+    app.SetupPaths();
+    EXPECT_EQ(app.RootPath(), dir.Path() + "/");
+    EXPECT_EQ(app.TargetRoot(), "/opt/target\\");
+    EXPECT_EQ(app.SourceDataRoot(), dir.Path() + "/store/data/");
+    EXPECT_EQ(app.SourceFileRoot(), dir.Path() + "/store/file/");
+    EXPECT_EQ(app.CommitInterval(), 1);  // the flat-store run ignores argument 2
+    EXPECT_EQ(std::string(app.GetSqlScriptPath("TT_SCHEDULE")), dir.Path() + "/sql/sch/TT_SCHEDULE.sql");
+    EXPECT_TRUE(app.IsCreateMode());
+    EXPECT_EQ(app.GetArgument(16), nullptr);
+    EXPECT_EQ(std::string(app.GetArgument(14)), "entdb");
+
+    std::string empty;
+    ConvApp::EnsureSlash(empty);
+    EXPECT_EQ(empty, "");
+}
+
+TEST(ConvApp, FunctionsLeaveOneMessageEachAndRunEndsWithZero) {
+    TempDir dir;
+    {
+        AppRun run(dir.Path());
+        ConvApp& app = run.app;
+        ASSERT_EQ(app.Init(kLabel), 0);
+        std::string status = ReadFile(dir / "conv/sch.sts");
+        EXPECT_EQ(Values(status, "status"), std::vector<std::string>{"1"});
+        EXPECT_TRUE(std::regex_match(Values(status, "sdate").at(0), std::regex("[0-9]{14}")));
+        EXPECT_EQ(Values(status, "edate"), std::vector<std::string>{""});
+
+        app.PutMessage("", 10, 0, 0);
+        app.PutMessage("", 11, 0, 0);
+        app.SetFunction("スケジュール、設備予約", false);
+        app.PutMessage("", 12, 0, 0);
+        app.PutMessage("スケジュール", 3, 0, 0);
+        app.PutMessage(nullptr, 4, 10, 5);
+        EXPECT_EQ(Values(ReadFile(dir / "conv/sch.sts"), "dispmsg").back(), "スケジュール 10件中5件が移行済みです。");
+        app.PutMessage(nullptr, 6, 10, 2);
+        app.SetFunction("議事録", true);
+        ASSERT_EQ(app.End(), 0);
+    }
+    std::string status = ReadFile(dir / "conv/sch.sts");
+    EXPECT_EQ(Values(status, "status"), std::vector<std::string>{"0"});
+    EXPECT_TRUE(std::regex_match(Values(status, "edate").at(0), std::regex("[0-9]{14}")));
+    EXPECT_EQ(Values(status, "dispmsg"),
+              (std::vector<std::string>{
+                  "スケジュール、設備予約機能の移行を終了しました。スケジュールは10件移行しました。(成功：8 失敗：2)",
+                  "議事録機能の移行を終了しました。"}));
+
+    std::vector<std::string> log = UserLog(dir.Path());
+    const std::vector<std::string> expected = {
+        "[INFO] スケジュール、設備予約、議事録、来訪者管理機能の移行の前準備を開始します。",
+        "[INFO] スケジュール、設備予約、議事録、来訪者管理機能の移行の前準備が終了しました。",
+        "[INFO] スケジュール、設備予約機能の移行を開始します。",
+        "[INFO] スケジュール 移行を開始します。",
+        "[INFO] スケジュール 10件移行が終了しました。(成功：8 失敗：2)",
+        "[INFO] スケジュール、設備予約機能の移行を終了しました。スケジュールは10件移行しました。(成功：8 失敗：2)",
+        "[INFO] 議事録機能の移行を開始します。",
+        "[INFO] 議事録機能の移行を終了しました。",
+    };
+    EXPECT_EQ(log, expected);  // the progress message of code 4 reaches no log
+}
+
+TEST(ConvApp, FinalStatusByWarningsAndFailures) {
+    {
+        // A row left out in the first function only: "2", though statusWord is 0 at the end.
+        TempDir dir;
+        {
+            AppRun run(dir.Path());
+            ASSERT_EQ(run.app.Init(kLabel), 0);
+            run.app.SetFunction("スケジュール、設備予約", true);
+            run.app.ReportError(1, "t", 1, true, nullptr, "left out");
+            run.app.SetFunction("議事録", true);
+            EXPECT_EQ(run.app.StatusWord(), 0);
+            run.app.End();
+        }
+        EXPECT_EQ(Values(ReadFile(dir / "conv/sch.sts"), "status"), std::vector<std::string>{"2"});
+    }
+    {
+        // A negative code: "3", and the function isn't closed with its summary.
+        TempDir dir;
+        {
+            AppRun run(dir.Path());
+            ASSERT_EQ(run.app.Init(kLabel), 0);
+            run.app.SetFunction("議事録", true);
+            run.app.ReportError(-1006, "t", 1, false, nullptr, nullptr);
+            run.app.End();
+        }
+        std::string status = ReadFile(dir / "conv/sch.sts");
+        EXPECT_EQ(Values(status, "status"), std::vector<std::string>{"3"});
+        EXPECT_EQ(Values(status, "dispmsg").back(), "移行を中断しました。");
+    }
+}
+
+TEST(ConvApp, ReportsWriteHexTraceAndTaggedUserLines) {
+    TempDir dir;
+    AppRun run(dir.Path());
+    ASSERT_EQ(run.app.Init(kLabel), 0);
+    ConvApp& app = run.app;
+    app.ReportError(2, "MakeConvEToKiv/convcom/X", 12, true, "the/path", "warn %d", 7);
+    app.ReportError(-3, "src", 5, true, nullptr, nullptr);
+    app.ReportError(-1012, "src", 6, false, nullptr, "a\r\nb");
+    app.ReportError(1, "src", 7, false, nullptr, "hidden");
+    app.ReportError(0, nullptr, 0, true, nullptr, "plain");
+
+    std::vector<std::string> trace = Trace(dir / "conv/log/sch_trace.log");
+    std::vector<std::string> tail(trace.end() - 5, trace.end());
+    EXPECT_EQ(tail[0], "[MakeConvEToKiv/convcom/X:12] [ret=1]  [msg=warn 7] [detail=the/path]");
+    EXPECT_EQ(tail[1], "[src:5] [ret=-3] ");  // no text: ends in a blank
+    EXPECT_EQ(tail[2], "[src:6] [ret=-1012]  [msg=a\nb]");  // CR dropped, LF kept
+    EXPECT_EQ(tail[3], "[src:7] [ret=1]  [msg=hidden]");
+    EXPECT_EQ(tail[4], "plain");
+
+    std::vector<std::string> log = UserLog(dir.Path());
+    std::vector<std::string> userTail(log.end() - 2, log.end());
+    EXPECT_EQ(userTail, (std::vector<std::string>{"[WARN] warn 7", "[INFO] plain"}));
+    EXPECT_EQ(app.StatusWord(), 1);  // the plain message leaves it as the last code set it
+    app.End();
+}
+
+TEST(ConvApp, StartRotatesLogsAndCleanModeHasNoUserLog) {
+    TempDir dir;
+    WriteFile(dir / "conv/log/sch.log", "run 2\n");
+    WriteFile(dir / "conv/log/sch_back.log", "run 1\n");
+    WriteFile(dir / "conv/log/sch_clean_trace.log", "clean 2\n");
+    WriteFile(dir / "conv/log/sch_clean_trace_back.log", "clean 1\n");
+    {
+        AppRun run(dir.Path(), "clean");
+        ASSERT_EQ(run.app.Init(kLabel), 0);
+        EXPECT_STREQ(run.app.LogPath(), "");
+        run.app.ReportError(-5, "src", 1, true, nullptr, "only traced");
+        run.app.End();
+    }
+    EXPECT_EQ(ReadFile(dir / "conv/log/sch_clean_trace_back.log"), "clean 2\n");
+    EXPECT_EQ(ReadFile(dir / "conv/log/sch.log"), "run 2\n");  // the create logs are left alone
+    EXPECT_EQ(Trace(dir / "conv/log/sch_clean_trace.log").back(), "[src:1] [ret=-5]  [msg=only traced]");
+    EXPECT_EQ(Values(ReadFile(dir / "conv/sch_clean.sts"), "status"), std::vector<std::string>{"3"});
+
+    {
+        AppRun run(dir.Path(), "create");
+        ASSERT_EQ(run.app.Init(kLabel), 0);
+        run.app.End();
+    }
+    EXPECT_EQ(ReadFile(dir / "conv/log/sch_back.log"), "run 2\n");
+}
+
+TEST(ConvApp, BusyStatusLockIsRetriedThreeTimesThenFails) {
+    TempDir dir;
+    MakeDirs(dir / "conv/log");
+    // A second process holds the lock until told to let go.
+    int toChild[2], fromChild[2];
+    ASSERT_EQ(pipe(toChild), 0);
+    ASSERT_EQ(pipe(fromChild), 0);
+    pid_t pid = fork();
+    if (pid == 0) {
+        NUioObjList list;
+        list.SetPath((dir / "conv/sch.sts").c_str(), nullptr);
+        list.AddValue("status", "1", nullptr);
+        NUFileIO io;
+        char c = io.WriteFile(&list, true) == 0 ? 'y' : 'n';
+        (void)!write(fromChild[1], &c, 1);
+        (void)!read(toChild[0], &c, 1);
+        _exit(0);
+    }
+    char ready = 0;
+    ASSERT_EQ(read(fromChild[0], &ready, 1), 1);
+    ASSERT_EQ(ready, 'y');
+
+    comSleepFunc previous = comSetSleepFunction(CountSleep);
+    g_sleepsOfOneSecond = 0;
+    {
+        AppRun run(dir.Path());
+        run.app.ReadArguments();
+        run.app.SetupLogFiles();
+        EXPECT_EQ(run.app.InitStatusFile(), -17);
+    }
+    comSetSleepFunction(previous);
+    EXPECT_EQ(g_sleepsOfOneSecond, 3);
+
+    char go = 'x';
+    (void)!write(toChild[1], &go, 1);
+    waitpid(pid, nullptr, 0);
+}

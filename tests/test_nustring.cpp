@@ -1,0 +1,268 @@
+// Tests of the text helpers, the UTF-8 cutters and the value strings.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "base/NUString.h"
+#include "base/comClock.h"
+#include "base/comStr.h"
+
+namespace {
+
+// "あ" and "い" are three bytes, "𠀋" is four.
+const std::string kA = "\xE3\x81\x82";
+const std::string kI = "\xE3\x81\x84";
+const std::string kWide = "\xF0\xA0\x80\x8B";
+
+std::string CutBytes(std::string text, int position, bool clamp) {
+    comUtf8CutBytes(text.data(), position, clamp);
+    return text.c_str();
+}
+
+std::string CutChars(std::string text, int count, bool wideAsOne, bool* cut = nullptr) {
+    const bool result = comUtf8CutChars(text.data(), count, wideAsOne);
+    if (cut) *cut = result;
+    return text.c_str();
+}
+
+void FakeClock(timespec* now) { *now = {1388502000, 0}; }  // 2014-01-01 00:00 at +0900
+
+}  // namespace
+
+TEST(ComStr, TrimCompareAndNumeric) {
+    std::string text = "ab \t\r\n";
+    EXPECT_STREQ(comStrRTrim(text.data()), "ab");
+    text = "ab\v";
+    EXPECT_STREQ(comStrRTrim(text.data()), "ab\v");  // only blank, TAB, LF and CR
+    EXPECT_EQ(comStrCaseCmp("ABC", "abc"), 0);
+    EXPECT_EQ(comStrCaseCmp(nullptr, ""), 0);
+    EXPECT_GT(comStrCaseCmp("a", nullptr), 0);
+    EXPECT_EQ(comStrNCaseCmp("ABCx", "abcy", 3), 0);
+
+    const std::pair<const char*, bool> numeric[] = {
+        {"123", true}, {"-5", true},  {"12 \t\r\n", true}, {"-", false}, {"- 5", false},
+        {"1 2", false}, {"", false},  {" 1", false},       {"+1", false}, {"--1", false},
+    };
+    for (const auto& [input, expected] : numeric) EXPECT_EQ(comIsNumeric(input), expected) << '"' << input << '"';
+    EXPECT_FALSE(comIsNumeric(nullptr));
+}
+
+TEST(ComStr, Utf8CharLen) {
+    const std::pair<unsigned, int> cases[] = {{0x7F, 1}, {0x80, -1}, {0xC1, -1}, {0xC2, 2}, {0xDF, 2},
+                                              {0xE0, 3}, {0xEF, 3},  {0xF4, 4},  {0xF5, -1}, {0xF8, 5},
+                                              {0xFB, 5}, {0xFD, 6},  {0xFE, -1}};
+    for (const auto& [lead, len] : cases)
+        EXPECT_EQ(comUtf8CharLen(static_cast<unsigned char>(lead)), len) << std::hex << lead;
+}
+
+TEST(ComStr, Utf8CutBytesNeverSplitsACharacter) {
+    const std::string text = "a" + kA + kI;  // 7 bytes
+    EXPECT_EQ(CutBytes(text, 2, false), "a");
+    EXPECT_EQ(CutBytes(text, 3, false), "a");
+    EXPECT_EQ(CutBytes(text, 4, false), "a" + kA);
+    EXPECT_EQ(CutBytes(text, 6, false), "a" + kA);
+    EXPECT_EQ(CutBytes(text, 0, false), "");
+    EXPECT_EQ(CutBytes(text, 50, true), text);
+    EXPECT_EQ(CutBytes(kWide + "b", 3, false), "");
+
+    // A text that already ends in half a character: only clamping looks at it.
+    const std::string broken = "a" + kA.substr(0, 2);
+    EXPECT_EQ(CutBytes(broken, 10, false), broken);
+    EXPECT_EQ(CutBytes(broken, 10, true), "a");
+    EXPECT_EQ(CutBytes("\x81\x82\x83x", 2, false), "");  // no lead byte at all
+}
+
+TEST(ComStr, Utf8CutCharsCountsWideAsTwo) {
+    const std::string text = "a" + kA + kWide + "b";  // 4 characters, weight 5
+    bool cut = false;
+    EXPECT_EQ(CutChars(text, 1, false, &cut), "a");
+    EXPECT_TRUE(cut);
+    EXPECT_EQ(CutChars(text, 3, false), "a" + kA);  // the wide one doesn't fit
+    EXPECT_EQ(CutChars(text, 3, true), "a" + kA + kWide);
+    EXPECT_EQ(CutChars(text, 5, false, &cut), text);
+    EXPECT_FALSE(cut);
+    EXPECT_EQ(CutChars(text, 4, true, &cut), text);
+    EXPECT_FALSE(cut);
+    EXPECT_EQ(CutChars(text, 0, false, &cut), "");
+    EXPECT_FALSE(cut);
+    EXPECT_EQ(CutChars("ab" + kA.substr(0, 2), 10, false, &cut), "ab");  // sequence past the end
+    EXPECT_TRUE(cut);
+}
+
+TEST(NUString, SetAppendEditAndCompare) {
+    NUString s;
+    ASSERT_NE(s.GetStr(), nullptr);
+    EXPECT_TRUE(s.IsEmpty());
+    EXPECT_EQ(s.SetStr(nullptr), 0);
+    EXPECT_TRUE(s.IsEmpty());
+    EXPECT_EQ(s.Compare(nullptr), 0);
+    EXPECT_EQ(s.Append(nullptr), 0);
+
+    EXPECT_EQ(s.SetStrLen("abcdef", 3), 0);
+    EXPECT_STREQ(s.GetStr(), "abc");
+    EXPECT_EQ(s.SetStr("hello"), 0);
+    EXPECT_EQ(s.SetStr(s.GetStr() + 2), 0);  // from its own text
+    EXPECT_EQ(s.Append(" world"), 0);
+    EXPECT_EQ(s.Append(s.GetStr()), 0);
+    EXPECT_STREQ(s.GetStr(), "llo worldllo world");
+
+    s.SetStr("a/b/c \t\n");
+    s.ReplaceChar('/', '_');
+    s.RTrim();
+    EXPECT_STREQ(s.GetStr(), "a_b_c");
+    EXPECT_LT(s.Compare("a_b_d"), 0);
+    EXPECT_EQ(s.CompareN("a_bXX", 3), 0);
+    EXPECT_EQ(s.CompareNoCase("A_B_C"), 0);
+    EXPECT_EQ(s.CompareNoCaseN("A_Bzz", 3), 0);
+    s.Clear();
+    EXPECT_TRUE(s.IsEmpty());
+}
+
+TEST(NUString, PrintfIsBoundedByFormatLength) {
+    NUString s;
+    EXPECT_EQ(s.Printf("%s-%d", "ab", 42), 0);
+    EXPECT_EQ(s.Printf("[%s]", s.GetStr()), 0);  // its own text as argument
+    EXPECT_STREQ(s.GetStr(), "[ab-42]");
+    const std::string longText(20000, 'x');
+    EXPECT_EQ(s.Printf("%s", longText.c_str()), 0);
+    EXPECT_EQ(std::strlen(s.GetStr()), std::strlen("%s") + 8190);
+}
+
+TEST(NUString, CopiesAreIndependent) {
+    NUString a("text");
+    NUString b(a);
+    a.SetStr("changed");
+    EXPECT_STREQ(b.GetStr(), "text");
+    b = a;
+    EXPECT_STREQ(b.GetStr(), "changed");
+    NUString c(std::move(b));
+    EXPECT_STREQ(c.GetStr(), "changed");
+    c = NUString();
+    EXPECT_TRUE(c.IsEmpty());
+
+    NUDateStr d1;
+    d1.SetStr("20040229");
+    NUDateStr d2(d1);
+    EXPECT_EQ(d2.NextDay(), 0);
+    EXPECT_STREQ(d2.GetStr(), "20040301");
+    EXPECT_STREQ(d1.GetStr(), "20040229");
+}
+
+TEST(NUString, CutBytesCharsAndCopyTo) {
+    NUString s;
+    const std::string text = "ab" + kA + kI;  // 8 bytes
+    EXPECT_EQ(s.SetCutBytes(text.c_str(), 4, nullptr), 0);
+    EXPECT_EQ(std::string(s.GetStr()), "ab");
+    EXPECT_EQ(s.SetCutBytes(text.c_str(), 6, ".."), 0);  // 4 bytes of room end inside "あ"
+    EXPECT_EQ(std::string(s.GetStr()), "ab..");
+    EXPECT_EQ(s.SetCutBytes(text.c_str(), 7, ".."), 0);
+    EXPECT_EQ(std::string(s.GetStr()), "ab" + kA + "..");
+    EXPECT_EQ(s.SetCutBytes(text.c_str(), 8, ".."), 0);
+    EXPECT_EQ(std::string(s.GetStr()), text);
+
+    EXPECT_EQ(s.SetCutChars("abcdefg", 3, "..", false), 0);
+    EXPECT_STREQ(s.GetStr(), "a..");
+    EXPECT_EQ(s.SetCutChars("abc", 3, "..", false), 0);  // room for the suffix is kept
+    EXPECT_STREQ(s.GetStr(), "a..");
+    const std::string wide = kWide + kWide + "c";
+    EXPECT_EQ(s.SetCutChars(wide.c_str(), 4, "..", false), 0);
+    EXPECT_EQ(std::string(s.GetStr()), kWide + "..");
+    EXPECT_EQ(s.SetCutChars(wide.c_str(), 4, "..", true), 0);
+    EXPECT_EQ(std::string(s.GetStr()), kWide + kWide + "..");
+
+    char out[8] = "zzz";
+    EXPECT_EQ(s.CopyTo(nullptr, 8), -1);
+    s.SetStr(nullptr);
+    EXPECT_EQ(s.CopyTo(out, sizeof out), 0);
+    EXPECT_STREQ(out, "");
+    s.SetStr(("a" + kA + kI).c_str());
+    EXPECT_EQ(s.CopyTo(out, 6), 0);  // 5 bytes of room end inside "い"
+    EXPECT_EQ(std::string(out), "a" + kA);
+}
+
+TEST(NUString, FixedIntIsBoundedAndValidated) {
+    NUFixedInt n(5);
+    EXPECT_EQ(n.SetStr("1234"), 0);
+    const char* storage = n.GetStr();
+    EXPECT_EQ(n.SetStr("123456"), -30);  // too long: the old value stays
+    EXPECT_STREQ(n.GetStr(), "1234");
+    EXPECT_EQ(n.SetStr("123"), -31);
+    EXPECT_TRUE(n.IsEmpty());
+    EXPECT_EQ(n.SetStr("12a4"), -31);
+    EXPECT_EQ(n.SetStr("9999"), 0);
+    EXPECT_EQ(n.GetStr(), storage);  // one allocation, reused after Clear
+}
+
+TEST(NUString, DateAndDateTimeSetStr) {
+    const struct {
+        const char* input;
+        int rc;
+        const char* stored;
+    } dates[] = {
+        {"2001/2/3", 0, "20010203"}, {"2001-2-3", 0, "20010203"}, {"2001-02-30", -33, ""},
+        {"abc", -32, ""},            {"20010229", -33, ""},       {"2001/2", -32, ""},
+        {"200102031", -32, ""},      {"", 0, ""},                 {"2001/02/03/04", -32, ""},
+    };
+    for (const auto& c : dates) {
+        NUDateStr d;
+        d.SetStr("19991231");
+        EXPECT_EQ(d.SetStr(c.input), c.rc) << c.input;
+        EXPECT_STREQ(d.GetStr(), c.stored) << c.input;
+    }
+
+    const std::pair<const char*, int> dateTimes[] = {
+        {"20010203240000", 0},   {"20010203245900", 0},    {"20010203250000", -31}, {"20010203126000", -31},
+        {"20010203120060", -31}, {"20010229120000", -31}, {"01/2/3", -31},         {"200102031200000", -30},
+    };
+    for (const auto& [input, rc] : dateTimes) {
+        NUDateTimeStr t;
+        EXPECT_EQ(t.SetStr(input), rc) << input;
+        EXPECT_EQ(t.IsEmpty(), rc != 0) << input;
+    }
+}
+
+TEST(NUString, DateSetYMD) {
+    NUDateStr d;
+    EXPECT_EQ(d.SetYMD("2004", "2", "29"), 0);
+    EXPECT_STREQ(d.GetStr(), "20040229");
+    EXPECT_EQ(d.SetYMD(nullptr, "", nullptr), 0);  // all empty: unchanged
+    EXPECT_STREQ(d.GetStr(), "20040229");
+    EXPECT_EQ(d.SetYMD("2004", "", "1"), -33);
+    EXPECT_EQ(d.SetYMD("20040", "1", "1"), -30);
+    EXPECT_EQ(d.SetYMD("2004", "1", "1a"), -33);
+    EXPECT_EQ(d.SetYMD("2003", "2", "29"), -33);
+    EXPECT_TRUE(d.IsEmpty());
+    NUDateTimeStr t;  // eight digits never make a date-time
+    EXPECT_EQ(t.SetYMD("2004", "2", "29"), -31);
+}
+
+TEST(NUString, DateGettersAndDaySteps) {
+    NUDateStr d;
+    EXPECT_EQ(d.GetYear(), -1);
+    EXPECT_EQ(d.GetShortYear(), -1);
+    EXPECT_EQ(d.NextDay(), -31);
+    EXPECT_EQ(d.GetMonth("19990817"), 8);
+    const comClockFunc old = comSetClockFunction(FakeClock);
+    EXPECT_EQ(d.GetYear(""), 2014);  // today at +0900
+    EXPECT_EQ(d.GetDay(nullptr), 1);
+    comSetClockFunction(old);
+
+    ASSERT_EQ(d.SetStr("20041231"), 0);
+    EXPECT_EQ(d.GetYear("19990817"), 2004);
+    EXPECT_EQ(d.GetShortYear(), 4);
+    EXPECT_EQ(d.NextDay(), 0);
+    EXPECT_STREQ(d.GetStr(), "20050101");
+    EXPECT_EQ(d.PrevDay(), 0);
+    EXPECT_EQ(d.PrevDay(), 0);
+    EXPECT_STREQ(d.GetStr(), "20041230");
+
+    NUDateTimeStr t;
+    ASSERT_EQ(t.SetStr("20040229235930"), 0);
+    EXPECT_STREQ(t.GetTimePart(), "235930");
+    EXPECT_EQ(t.GetHour(), 23);
+    EXPECT_EQ(t.GetMinute(), 59);
+    EXPECT_EQ(t.NextDay(), 0);  // the time part is kept
+    EXPECT_STREQ(t.GetStr(), "20040301235930");
+}

@@ -1,0 +1,193 @@
+// Tests of the settings object: defaults, the keys of data/app, the date switch
+// of the log names, the directory bucket and the trace buffer.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "MakeConvLib/cmsbase/CMSioObjApp.h"
+#include "MakeConvLib/cmsbase/comTrace.h"
+#include "base/comLog.h"
+#include "base/comTime.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Today() {
+    char today[16] = {};
+    comTimeNowDate(today, true);
+    return today;
+}
+
+std::string HexDecode(const std::string& code) {
+    std::string out;
+    for (std::size_t i = 0; i < code.size();) {
+        if (code[i] == '\n') {
+            out.push_back('\n');
+            ++i;
+            continue;
+        }
+        out.push_back(static_cast<char>(std::stoi(code.substr(i, 2), nullptr, 16)));
+        i += 2;
+    }
+    return out;
+}
+
+class SettingsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/settingsXXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        root = pattern;
+        comLogSetPath(nullptr, savedLog);
+        ASSERT_EQ(CreateSettings(), 0);
+    }
+    void TearDown() override {
+        ReleaseSettings();
+        comLogSetPath(savedLog, nullptr);
+        fs::remove_all(root);
+    }
+    void WriteApp(const std::string& text) {
+        fs::create_directories(root + "/data");
+        std::ofstream(root + "/data/app") << text;
+    }
+
+    std::string root;
+    char savedLog[1024] = {};
+};
+
+TEST_F(SettingsTest, DefaultsWithoutFile) {
+    EXPECT_EQ(LoadSettings(root.c_str()), 0);
+    EXPECT_EQ(std::string(GetRootDir()), root + "/");
+    EXPECT_EQ(std::string(GetDataDir()), root + "/data/");
+    EXPECT_EQ(std::string(GetFileDir()), root + "/file/");
+    EXPECT_EQ(std::string(GetMailDataDir()), root + "/wmldata/");
+    EXPECT_EQ(GetCorporateId(), 1);
+    EXPECT_EQ(GetDirUnit(), 1000);
+    EXPECT_STREQ(GetDbHost(), "localhost");
+    EXPECT_STREQ(GetImageRoot(), "/qkivres/images/");
+    EXPECT_STREQ(GetErrorDetail(), "");
+}
+
+TEST_F(SettingsTest, NoObjectGivesSafeAnswers) {
+    ReleaseSettings();
+    EXPECT_EQ(GetSettingsObject(), nullptr);
+    EXPECT_EQ(LoadSettings(root.c_str()), -99);
+    EXPECT_EQ(comTrace("x"), -99);
+    EXPECT_EQ(GetCorporateId(), 0);
+    EXPECT_STREQ(GetFileDir(), "");
+    NUString bucket;
+    GetDirBucket(1234, bucket, true);
+    EXPECT_TRUE(bucket.IsEmpty());
+}
+
+TEST_F(SettingsTest, KeysOfTheFileAreHonoured) {
+    WriteApp("cid=2\n"
+             "dbdirfile=/var/x\n"
+             "dbdirdata=/var/d/\n"
+             "dbdirmaildata=C:\\mail\\\n"
+             "docroot=/r/\n"
+             "dbpooled=true\n"
+             "sqltrace=1\n"
+             "retrycnt=99999999999\n"
+             "unknownkey=7\n"
+             "cid=3\n");
+    ASSERT_EQ(LoadSettings(root.c_str()), 0);
+    EXPECT_EQ(GetCorporateId(), 3);  // last wins
+    EXPECT_STREQ(GetFileDir(), "/var/x/");
+    EXPECT_STREQ(GetDataDir(), "/var/d/");
+    EXPECT_STREQ(GetMailDataDir(), "C:\\mail\\");
+    EXPECT_STREQ(GetDocRoot(), "/r/");
+    EXPECT_STREQ(GetImageRoot(), "/r/images/");
+    EXPECT_TRUE(GetDbPooled());
+    EXPECT_TRUE(GetSqlTrace());
+    EXPECT_EQ(GetRetryCount(), 2147483647);
+    EXPECT_EQ(GetDirUnit(), 1000);
+    EXPECT_STREQ(GetSettingsObject()->GetValue("unknownkey"), "7");
+}
+
+TEST_F(SettingsTest, ShippedTargetLoads) {
+    std::string target = std::string(CONV_SOURCE_DIR) + "/examples/target";
+    ASSERT_EQ(LoadSettings(target.c_str()), 0);
+    EXPECT_EQ(GetCorporateId(), 1);
+    EXPECT_EQ(std::string(GetFileDir()), target + "/file/");
+    EXPECT_EQ(GetDirUnit(), 1000);
+}
+
+TEST_F(SettingsTest, DirBucket) {
+    ASSERT_EQ(LoadSettings(root.c_str()), 0);
+    NUString bucket;
+    GetDirBucket(1234, bucket, true);
+    EXPECT_STREQ(bucket.GetStr(), "2/");
+    GetDirBucket(999, bucket, false);
+    EXPECT_STREQ(bucket.GetStr(), "1");
+    char small[2];
+    GetDirBucket(1234, small, sizeof small, true);
+    EXPECT_STREQ(small, "2");
+
+    WriteApp("maxdir=0\n");
+    ASSERT_EQ(LoadSettings(root.c_str()), 0);
+    GetDirBucket(1234, bucket, true);
+    EXPECT_TRUE(bucket.IsEmpty());
+    WriteApp("maxdir=-1\n");
+    ASSERT_EQ(LoadSettings(root.c_str()), 0);
+    GetDirBucket(-2147483647 - 1, bucket, false);
+    EXPECT_STREQ(bucket.GetStr(), "2147483649");
+}
+
+TEST_F(SettingsTest, LogNamesNeedTodaysDate) {
+    const std::string today = Today();
+    const std::string pid = std::to_string(getpid());
+    const std::string errlog = root + "/err_" + today + ".log";
+    WriteApp("errlogfname=" + errlog + "\n" + "tracefname=" + root + "/tr_" + today +
+             ".txt.old\n" + "timelog=" + root + "/time.txt\n");
+    ASSERT_EQ(LoadSettings(root.c_str()), 0);
+    EXPECT_EQ(std::string(GetErrorLogName()), errlog);
+    EXPECT_EQ(std::string(comLogGetPath()), errlog);
+    EXPECT_EQ(std::string(GetTraceName()), root + "/tr_" + today + "." + pid + ".txt");
+    EXPECT_EQ(std::string(GetTimeLogName()), root + "/time." + pid + ".txt");
+
+    ReleaseSettings();
+    comLogSetPath(nullptr, nullptr);
+    ASSERT_EQ(CreateSettings(), 0);
+    WriteApp("errlogfname=" + root + "/err_19990101.log\ntracefname=" + root + "/tr.txt\n");
+    ASSERT_EQ(LoadSettings(root.c_str()), 0);
+    EXPECT_STREQ(GetErrorLogName(), "");
+    EXPECT_STREQ(comLogGetPath(), "");
+    EXPECT_STREQ(GetTraceName(), "");
+}
+
+TEST_F(SettingsTest, UnreadableFileKeepsDefaultsAndTraces) {
+    fs::create_directories(root + "/data");
+    fs::create_symlink("app", root + "/data/app");  // a loop: fails for root as well
+    EXPECT_EQ(LoadSettings(root.c_str()), -11008);
+    EXPECT_EQ(GetCorporateId(), 1);
+    EXPECT_EQ(std::string(GetFileDir()), root + "/file/");
+    const std::string trace = HexDecode(GetErrorDetail());
+    EXPECT_NE(trace.find("[" + root + "/data/app] iret=[-10] errno[40]"), std::string::npos) << trace;
+    EXPECT_EQ(trace.back(), '\n');
+}
+
+TEST_F(SettingsTest, TraceEncodingAndLimits) {
+    EXPECT_EQ(comTrace("a\r\nb%d", 7), 0);
+    EXPECT_STREQ(GetErrorDetail(), "61\n6237\n");
+    EXPECT_EQ(comTrace("%s", "\xff"), 0);
+    EXPECT_STREQ(GetErrorDetail(), "61\n6237\nff\n");
+    ClearErrorDetail();
+    EXPECT_STREQ(GetErrorDetail(), "");
+
+    const std::string longText(9000, 'x');
+    EXPECT_EQ(comTrace("%s", longText.c_str()), 0);
+    std::string expected;
+    for (int i = 0; i < 7999; ++i) expected += "78";  // the text is cut at 7,999 bytes
+    EXPECT_EQ(std::string(GetErrorDetail()), expected + "\n");
+
+    EXPECT_EQ(comTraceEncode("abc", 5), "6162");
+    EXPECT_EQ(comTraceEncode("\n\n\n", 2), "\n\n");
+}
+
+}  // namespace
