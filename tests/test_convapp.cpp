@@ -171,8 +171,15 @@ TEST(ConvApp, ReportsWriteHexTraceAndTaggedUserLines) {
     app.ReportError(-1012, "src", 6, false, nullptr, "a\r\nb");
     app.ReportError(1, "src", 7, false, nullptr, "hidden");
     app.ReportError(0, nullptr, 0, true, nullptr, "plain");
+    const std::string longText(6000, 'x');
+    app.ReportError(-1, "src", 8, false, nullptr, "%s", longText.c_str());
 
     std::vector<std::string> trace = Trace(dir / "conv/log/sch_trace.log");
+    // A report longer than a log line is cut between two bytes and still decodes.
+    const std::string cut = trace.back();
+    trace.pop_back();
+    EXPECT_EQ(cut.rfind("[src:8] [ret=-1]  [msg=xxx", 0), 0u);
+    EXPECT_EQ(cut.size(), 4095u);
     std::vector<std::string> tail(trace.end() - 5, trace.end());
     EXPECT_EQ(tail[0], "[MakeConvEToKiv/convcom/X:12] [ret=1]  [msg=warn 7] [detail=the/path]");
     EXPECT_EQ(tail[1], "[src:5] [ret=-3] ");  // no text: ends in a blank

@@ -142,7 +142,10 @@ int MakeStampId(char* out, char* stampOut) {
                   utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec,
                   static_cast<int>(now.tv_nsec / 1000));
     const char* digits = stamp + 2;  // the century is dropped: 18 digits remain
-    if (stampOut) std::snprintf(stampOut, kCdDBStampSize, "%s", digits);
+    if (stampOut) {
+        std::strncpy(stampOut, digits, kCdDBStampSize - 1);
+        stampOut[kCdDBStampSize - 1] = '\0';
+    }
     return MakeBase36Id(digits, out);
 }
 

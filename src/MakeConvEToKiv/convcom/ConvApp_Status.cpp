@@ -9,6 +9,7 @@
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvLib/cmsbase/CMSioObjApp.h"
+#include "MakeConvLib/cmsbase/comTrace.h"
 #include "base/comClock.h"
 #include "base/comFile.h"
 #include "base/comLog.h"
@@ -50,22 +51,6 @@ std::string Format(std::size_t bound, const char* format, ...) {
     vsnprintf(buf.data(), bound, format, args);
     va_end(args);
     return buf.data();
-}
-
-// Each byte as two lower-case hex digits; LF stays, CR is dropped.
-std::string HexEncode(const std::string& line) {
-    static const char digits[] = "0123456789abcdef";
-    std::string out;
-    out.reserve(line.size() * 2);
-    for (unsigned char c : line) {
-        if (c == '\n') {
-            out += '\n';
-        } else if (c != '\r') {
-            out += digits[c >> 4];
-            out += digits[c & 0x0f];
-        }
-    }
-    return out;
 }
 
 // Switches the debug log to path and gives back the one set until now.
@@ -132,7 +117,11 @@ void ConvApp::ReportError(int32_t code, const char* source, int line, bool show,
         traceLine = Format(kTraceMax, "[%s:%d] [ret=%d] %s\n", src, line, effective, body.c_str());
     else
         traceLine = Format(kTraceMax, "%s\n", text.c_str());
-    comDebugLog("%s", HexEncode(traceLine).c_str());
+    // The log writes at most 8191 bytes a line: cut the encoding between two
+    // bytes' digits, and keep the line feed, so that every line decodes.
+    std::string encoded = comTraceEncode(traceLine, kTraceMax - 2);
+    if (encoded.empty() || encoded.back() != '\n') encoded += '\n';
+    comDebugLog("%s", encoded.c_str());
 
     if (logPath_.empty()) return;  // clean mode: the trace log stays the current log
     comLogSetPath(logPath_.c_str(), nullptr);
