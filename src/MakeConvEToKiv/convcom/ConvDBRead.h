@@ -1,0 +1,28 @@
+// The row reader: runs one query and hands its result over row by row. The whole
+// result stays in the connection, which is therefore busy until the reader is done.
+#pragma once
+
+#include <cstdint>
+
+#include "MakeConvEToKiv/convcom/ConvDB.h"
+
+class ConvDBRead : public ConvDB {
+public:
+    using ConvDB::ConvDB;
+    ~ConvDBRead() override;
+
+    virtual void ClearRow();
+    // "select * from <table>".
+    virtual int32_t OpenTable(const char* table);
+    // 0, or the failure of Exec (1 for a failure that Exec calls continuable).
+    virtual int32_t OpenQuery(const char* sql);
+    // 1 a row was made, 0 the result is at its end, or a negative code.
+    virtual int32_t Fetch();
+
+    // The current row, valid until the next Fetch.
+    ConvRow& Row() { return row; }
+    const ConvRow& Row() const { return row; }
+
+protected:
+    ConvRow row;
+};
