@@ -147,6 +147,7 @@ int32_t ConvApp::WriteStatusWithRetry() {
         comSleep(1);
         ret = statusIO_.WriteFile(&statusList_, true);
     }
+    if (ret != 0) ReportError(ret, CONV_HERE, false, statusPath_.c_str(), "errno[%d]", errno);
     return ret;
 }
 
@@ -175,10 +176,7 @@ int32_t ConvApp::InitStatusFile() {
         }
     }
     ret = WriteStatusWithRetry();
-    if (ret != 0) {
-        ReportError(ret, CONV_HERE, false, statusPath_.c_str(), "errno[%d]", errno);
-        return ret;
-    }
+    if (ret != 0) return ret;
 
     NUioObjList other;
     NUFileIO otherIO;
@@ -261,10 +259,7 @@ int32_t ConvApp::PutMessage(const char* name, int32_t code, int32_t first, int32
         return ret;
     }
     ret = WriteStatusWithRetry();
-    if (ret != 0) {
-        ReportError(ret, CONV_HERE, false, statusPath_.c_str(), "errno[%d]", errno);
-        return ret;
-    }
+    if (ret != 0) return ret;
     if (code != 4) ReportError(0, nullptr, 0, true, nullptr, "%s", text.c_str());
     return 0;
 }

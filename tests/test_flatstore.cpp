@@ -1,0 +1,316 @@
+// Reading the flat store: record files, indexes, item and word lists, and the
+// application's index cache and id lookups, on EUC-JP files written here.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "MakeConvLib/cmsbase/CMSioObjApp.h"
+#include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
+#include "MakeConvSToKiv/convstdcom/ConvStdCom.h"
+#include "MakeConvSToKiv/convstdcom/ConvStdComIndex.h"
+#include "TestSupport.h"
+#include "base/comEncoding.h"
+
+using namespace testsupport;
+
+namespace {
+
+std::string Euc(const std::string& utf8) {
+    std::vector<char> jis(4 * utf8.size() + 4);
+    std::size_t n = comUtf8ToJis(utf8.c_str(), jis.data());
+    std::vector<char> euc(4 * n + 4);
+    comJisToEuc(jis.data(), euc.data());
+    return euc.data();
+}
+
+std::string Repeat(const std::string& text, int times) {
+    std::string out;
+    for (int i = 0; i < times; ++i) out += text;
+    return out;
+}
+
+// A record as "name=value:type" texts; null as (null), a list as [a|b].
+std::vector<std::string> Dump(const ConvRow* record) {
+    std::vector<std::string> out;
+    if (!record) return out;
+    for (const auto& item : *record) {
+        std::string value;
+        if (item->type == kRowTypeList) {
+            value = "[";
+            for (std::size_t k = 0; k < item->list.size(); ++k) value += (k ? "|" : "") + item->list[k];
+            value += "]";
+        } else {
+            value = item->HasValue() ? *item->value : "(null)";
+        }
+        out.push_back(item->name + "=" + value + ":" + std::to_string(item->type));
+    }
+    return out;
+}
+
+std::vector<std::string> Ids(const ConvStdCom& reader) {
+    std::vector<std::string> out;
+    for (std::size_t i = 0; i < reader.RecordCount(); ++i)
+        out.push_back(FindColumn(*reader.GetRecord(i), "ID"));
+    return out;
+}
+
+class FlatStoreTest : public ::testing::Test {
+protected:
+    FlatStoreTest() : args(RunArgs(dir.Path(), "create", "1")), app(args.Argc(), args.Argv(), "sch") {
+        MakeDirs(dir / "conv/log");
+        app.ReadArguments();
+        app.SetupPaths();
+        app.SetupLogFiles();
+    }
+    std::string Store(const std::string& relative) const { return dir / ("store/" + relative); }
+    void Put(const std::string& relative, const std::string& utf8) { WriteFile(Store(relative), Euc(utf8)); }
+    std::vector<std::string> UserLog() const {
+        std::vector<std::string> out;
+        for (const std::string& line : Lines(ReadFile(dir / "conv/log/sch.log")))
+            out.push_back(StripStamp(line));
+        return out;
+    }
+    bool UserLogHas(const std::string& text) const {
+        for (const std::string& line : UserLog())
+            if (line.find(text) != std::string::npos) return true;
+        return false;
+    }
+
+    TempDir dir;
+    Args args;
+    ConvAppStd app;
+};
+
+TEST_F(FlatStoreTest, RecordFileGivesItsItemsExactly) {
+    const std::vector<std::string> lines = {
+        "# 予定の一覧",
+        "object 12 ",
+        "Name   =山田 太郎",
+        "objects=1",
+        "empty=",
+        "memo=一行目",
+        "\t二行目",
+        " #note=not a field",
+        "text=a # b\t# cut here",
+        "blanks=末尾  ",
+        "cr=前\r後",
+        "object abc",
+        "file=a.txt",
+        "file=予定.txt",
+        "end",
+        "after=x",
+        "line without separator",
+        "end",
+        "object 13",
+        "end",
+    };
+    std::string content;
+    for (const std::string& line : lines) content += line + "\r\n";
+    Put("data/user/1/schedule", content);
+
+    ConvStdCom com(&app, Store("data/user/1/schedule").c_str());
+    ASSERT_EQ(com.Read(), 0);
+    ASSERT_EQ(com.RecordCount(), 2u);
+    EXPECT_EQ(Dump(com.GetRecord(0)),
+              (std::vector<std::string>{"ID=12:1", "Name=山田 太郎:0", "objects=1:0", "empty=(null):0",
+                                        "memo=一行目\n二行目:0", "text=a # b:0", "blanks=末尾  :0",
+                                        "cr=前\r後:0", "abc=[a.txt|予定.txt]:9", "after=x:0"}));
+    EXPECT_EQ(Dump(com.GetRecord(1)), (std::vector<std::string>{"ID=13:1"}));
+    EXPECT_STREQ(FindColumn(*com.GetRecord(0), "name"), "山田 太郎");
+    EXPECT_FALSE(com.IsFailed());
+    EXPECT_EQ(app.StatusWord(), 0);
+}
+
+TEST_F(FlatStoreTest, BadContentFailsTheRead) {
+    struct Case {
+        const char* content;
+        int code;
+        const char* logged;  // in the user log, or null
+    } cases[] = {
+        {"a=1\nobject 1\nend\n", -1, nullptr},
+        {"object\nkey=value\nend\n", -1, nullptr},
+        {"object abc\nkey=value\nend\n", -31, "値[abc]が不正です。ファイル["},
+        {"object 山田\n", -31, "値[山田]が不正です。"},
+        {"object 1\nobject dates\nd=20240101\n\t20240102\nend\nend\n", -31,
+         "ファイルの読み込みに失敗しました。"},
+    };
+    int n = 0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.content);
+        const std::string name = "bad" + std::to_string(n++);
+        Put(name, c.content);
+        ConvStdCom com(&app, Store(name).c_str());
+        EXPECT_EQ(com.Read(), c.code);
+        // Only the tolerated code marks the reader and warns.
+        EXPECT_EQ(com.IsFailed(), c.code == -31);
+        if (c.logged) {
+            EXPECT_TRUE(UserLogHas(c.logged));
+        }
+    }
+}
+
+TEST_F(FlatStoreTest, MissingFileIsNoFailureButAnEmptyPathIs) {
+    ConvStdCom missing(&app, Store("data/user/1/schacc").c_str());
+    EXPECT_EQ(missing.Read(), 0);
+    EXPECT_EQ(missing.RecordCount(), 0u);
+    EXPECT_EQ(app.StatusWord(), 0);
+    EXPECT_TRUE(UserLog().empty());
+
+    ConvStdCom noPath(&app, "");
+    EXPECT_EQ(noPath.Read(), -11);
+}
+
+TEST_F(FlatStoreTest, LongValueArrivesWholeAcrossPieces) {
+    // "memo=x" puts the 2,047-byte piece boundary inside a two-byte character.
+    const std::string kana = Repeat("あ", 1500);
+    Put("long", "object 1\nmemo=x" + kana + "\n\tend\n#" + Repeat("c", 3000) + "\nnext=1\nend\n");
+    ConvStdCom com(&app, Store("long").c_str());
+    ASSERT_EQ(com.Read(), 0);
+    const ConvRow& record = *com.GetRecord(0);
+    ASSERT_EQ(record.size(), 3u);  // the tail of the long comment line continues nothing
+    const std::string memo = FindColumn(record, "memo");
+    EXPECT_TRUE(memo == "x" + kana + "\nend") << memo.size() << " bytes";
+    EXPECT_STREQ(FindColumn(record, "next"), "1");
+}
+
+TEST_F(FlatStoreTest, IndexGivesItsOwnIdsAndFirstObjects) {
+    Put("data/user/index", "# 利用者\nobject\nyamada=5\nsato=7\nend\n_lastid=9\n");
+    Put("data/user/5/info", "object 1\nName=山田\nend\n");
+    Put("data/user/7/info", "object 2\nName=佐藤\nend\nobject 3\nName=余分\nend\n");
+
+    ConvStdComIndex index(&app, Store("data/user/index").c_str(), true);
+    EXPECT_EQ(index.Read(), 9);
+    EXPECT_EQ(Ids(index), (std::vector<std::string>{"5", "7"}));
+    EXPECT_EQ(Dump(index.GetRecord(1)), (std::vector<std::string>{"ID=7:1", "Name=佐藤:0"}));
+
+    // One at a time: the id list first, then a record per call.
+    ConvStdComIndex lazy(&app, Store("data/user/index").c_str(), false);
+    ConvRow* record = nullptr;
+    EXPECT_EQ(lazy.ReadNext(&record), -1);  // no id list yet
+    EXPECT_EQ(lazy.Read(), 9);
+    EXPECT_EQ(lazy.RecordCount(), 0u);
+    EXPECT_EQ(lazy.ReadNext(&record), 1);
+    EXPECT_EQ(Dump(record), (std::vector<std::string>{"ID=5:1", "Name=山田:0"}));
+    EXPECT_EQ(lazy.ReadNext(&record), 1);
+    EXPECT_EQ(lazy.ReadNext(&record), 0);
+    EXPECT_FALSE(lazy.IsFailed());
+}
+
+TEST_F(FlatStoreTest, BrokenRecordsBehindAnIndexArePassedOver) {
+    Put("data/user/index", "a=5\nb=6\nc=7\nd=8\n_lastid=8\n");
+    Put("data/user/5/info", "object 5\nName=a\nend\n");
+    Put("data/user/7/info", "object 7\nName=c\nend\n");
+    Put("data/user/8/info", "object 8\nName=d\nobject dates\nd=1\n\t2\nend\nend\n");
+
+    ConvStdComIndex index(&app, Store("data/user/index").c_str(), true);
+    EXPECT_EQ(index.Read(), 8);
+    EXPECT_EQ(Ids(index), (std::vector<std::string>{"5", "7"}));
+    EXPECT_TRUE(index.IsFailed());
+    EXPECT_EQ(app.StatusWord(), 1);
+    EXPECT_TRUE(UserLogHas("[WARN] ファイルの読み込みに失敗しました。ファイル[" + Store("data/user//6/info") +
+                           "]errno[2]エラー詳細[No such file or directory]"));
+    EXPECT_TRUE(UserLogHas("ファイル[" + Store("data/user//8/info") + "]"));
+}
+
+TEST_F(FlatStoreTest, IndexFormsAndTheirLastId) {
+    Put("data/agenda/index", "5=30\r\nabc=40\r\nend\r\n_lastid=12\r\n");
+    ConvStdComIDIndex keys(&app, Store("data/agenda/index").c_str(), false);
+    EXPECT_EQ(keys.Read(), 12);
+    EXPECT_EQ(keys.Ids(), (std::vector<int32_t>{5, 0}));
+    ConvStdComIndex values(&app, Store("data/agenda/index").c_str(), false);
+    EXPECT_EQ(values.Read(), 12);
+    EXPECT_EQ(values.Ids(), (std::vector<int32_t>{30, 40}));
+
+    ConvStdComIndex missing(&app, Store("data/agenda/indexend").c_str(), true);
+    EXPECT_EQ(missing.Read(), 0);
+    EXPECT_TRUE(missing.Ids().empty());
+    EXPECT_EQ(app.StatusWord(), 0);
+
+    Put("data/group/index", "a=1\n_lastid=abc\n");
+    ConvStdComIndex bad(&app, Store("data/group/index").c_str(), true);
+    EXPECT_EQ(bad.Read(), -31);
+    EXPECT_TRUE(UserLogHas("[ERR] ファイルのレコード取得に失敗しました。"));
+}
+
+TEST_F(FlatStoreTest, RecordPathsByCase) {
+    ConvStdCom com(&app, "/s/data/user/index");
+    ASSERT_EQ(com.MakeRecordPath(12), 0);
+    EXPECT_EQ(com.GetPath(), "/s/data/user//12/info");
+    com.AddFileName("sch");
+    com.AddFileName("acc");
+    ASSERT_EQ(com.MakeRecordPath(12), 0);
+    EXPECT_EQ(com.GetPath(), "/s/data/user//12/schacc");
+
+    const bool ownSettings = GetSettingsObject() == nullptr;
+    ASSERT_EQ(CreateSettings(), 0);
+    com.SetHashedDirectory(true);
+    ASSERT_EQ(com.MakeRecordPath(1234), 0);
+    EXPECT_EQ(com.GetPath(), "/s/data/user//2//1234/schacc");
+    if (ownSettings) ReleaseSettings();
+
+    ConvStdCom byFile(&app, "/s/data/schedule/icon/index");
+    byFile.SetIdIsFileName(true);
+    ASSERT_EQ(byFile.MakeRecordPath(3), 0);
+    EXPECT_EQ(byFile.GetPath(), "/s/data/schedule/icon//3");
+}
+
+TEST_F(FlatStoreTest, ItemAndWordListsTakeEachLine) {
+    Put("admin", "object\r\nadmin=3\r\nnone=\r\nbad=x1\r\nadmin=12  \r\nend\r\n");
+    ConvStdComItemIndex items(&app, Store("admin").c_str());
+    EXPECT_EQ(items.Read(), 0);
+    ASSERT_EQ(items.RecordCount(), 3u);
+    EXPECT_EQ(Dump(items.GetRecord(0)), (std::vector<std::string>{"ID=3:1"}));
+    EXPECT_EQ(Dump(items.GetRecord(1)), (std::vector<std::string>{"ID=(null):1"}));
+    EXPECT_EQ(Dump(items.GetRecord(2)), (std::vector<std::string>{"ID=12:1"}));
+    EXPECT_TRUE(items.IsFailed());
+    EXPECT_TRUE(UserLogHas("[WARN] 値[x1]が不正です。"));
+
+    Put("place", "place=会議室\nplace=\nplace=大阪 支店 \n");
+    ConvStdComStrIndex words(&app, Store("place").c_str());
+    EXPECT_EQ(words.Read(), 0);
+    ASSERT_EQ(words.RecordCount(), 3u);
+    EXPECT_EQ(Dump(words.GetRecord(0)), (std::vector<std::string>{"ITEM=会議室:0"}));
+    EXPECT_EQ(Dump(words.GetRecord(1)), (std::vector<std::string>{"ITEM=(null):0"}));
+    EXPECT_EQ(Dump(words.GetRecord(2)), (std::vector<std::string>{"ITEM=大阪 支店 :0"}));
+}
+
+TEST_F(FlatStoreTest, ExistsInIndexLooksUpEachListOnce) {
+    Put("data/user/index", "a=7\nb=3\nc=12\n_lastid=12\n");
+    Put("data/group/index", "_lastid=0\n");
+    EXPECT_EQ(app.ExistsInIndex("3", "user"), 1);
+    EXPECT_EQ(app.ExistsInIndex("4", "users"), 0);
+    EXPECT_EQ(app.ExistsInIndex("3", "group"), 0);
+    EXPECT_EQ(app.StatusWord(), 0);  // an empty index is no failure
+
+    Put("data/user/index", "_lastid=0\n");
+    EXPECT_EQ(app.ExistsInIndex("12", "user"), 1);  // not read again
+
+    EXPECT_EQ(app.ExistsInIndex("0", "user"), -1099);
+    EXPECT_EQ(app.ExistsInIndex("3", nullptr), -1099);
+    EXPECT_EQ(app.ExistsInIndex("3", "plant"), -1109);
+}
+
+TEST_F(FlatStoreTest, GetIndexCachesOnlyWhatItCouldRead) {
+    EXPECT_EQ(app.GetIndex("data/group/index", false), nullptr);
+    EXPECT_EQ(app.GetIndex(nullptr, false), nullptr);
+
+    Put("data/group/index", "g=4\ng=2\n_lastid=4\n");
+    ConvStdComIndex* index = app.GetIndex("data/group/index", true);
+    ASSERT_NE(index, nullptr);
+    EXPECT_EQ(index->Ids(), (std::vector<int32_t>{4, 2}));
+    EXPECT_TRUE(index->IsHashedDirectory());
+    EXPECT_EQ(index->RecordCount(), 0u);  // the id list only
+    EXPECT_EQ(app.GetIndex("data/group/index", false), index);
+}
+
+TEST_F(FlatStoreTest, RetryListComparesExactly) {
+    EXPECT_TRUE(app.IsRetryListEmpty());
+    app.AddToRetryList("INSERT INTO T VALUES (1)");
+    EXPECT_TRUE(app.IsInRetryList("INSERT INTO T VALUES (1)"));
+    EXPECT_FALSE(app.IsInRetryList("insert into t values (1)"));
+    app.ClearRetryList();
+    EXPECT_TRUE(app.IsRetryListEmpty());
+}
+
+}  // namespace
