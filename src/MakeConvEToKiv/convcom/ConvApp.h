@@ -26,6 +26,17 @@ public:
     virtual void SetFunction(const char* label, bool startsNew);
     virtual int32_t PutMessage(const char* name, int32_t code, int32_t first, int32_t second);
     virtual bool IsCreateMode() const;
+    // Attachment paths. Every operation that adds to a path first ends it in a
+    // slash. The source root is the Enterprise tree with the corporate id
+    // ("<source>file/<cid>/"); owner directories lie inside a bucket directory.
+    virtual void GetSourceFileRoot(std::string& path);
+    // "user/" + bucket + id + "/".
+    virtual void AppendUserDir(std::string& path, const char* id);
+    // bucket + id + "/".
+    virtual void AppendIdDir(std::string& path, const char* id);
+    // 1 (the file is left out with a warning) for the errno values of a file
+    // that is missing, refused or unfit; fallback for all others.
+    virtual int32_t MapCopyError(int errnum, int32_t fallback);
     virtual void ReadArguments();
     virtual void SetupLogFiles();
     virtual int32_t InitStatusFile();
@@ -43,6 +54,19 @@ public:
     // rootPath + "sql/" + module + "/" + name + ".sql"; the text lives until the next call.
     const char* GetSqlScriptPath(const char* name);
     static void EnsureSlash(std::string& path);
+
+    // The target tree: GetFileDir() + "<cid>/".
+    void GetTargetFileRoot(std::string& path);
+    // The bucket "id / unit + 1" when asked and the unit isn't 0, then id + "/";
+    // an id that isn't a number falls into bucket 1.
+    void AppendNumberedDir(std::string& path, const char* id, bool withBucket);
+    // "attach%05d" and the extension of fileName: 7 and "report.txt" give
+    // "attach00007.txt".
+    void AppendAttachName(std::string& path, int32_t number, const char* fileName);
+    // Copies sourcePath (under the source root) to targetPath (under the target
+    // root) and reports a failure to the user log: 0, 1 when the file is left
+    // out (MapCopyError), -80 when the table must stop (disk full, I/O error).
+    int32_t CopyAttachFile(const char* sourcePath, const char* targetPath, const char* title);
 
     // Reports a failure or a plain message to the trace log and, when show is set
     // and there is text, to the user log.
@@ -72,7 +96,7 @@ public:
     const std::string& SqlLogDir() const { return sqlLogDir_; }
 
 protected:
-    // Writes the status list, retrying a busy lock or a refused rename.
+    // Writes the status list, retrying a busy lock or a refused rename; reports a failure.
     int32_t WriteStatusWithRetry();
 
     std::string rootPath_;
@@ -104,3 +128,11 @@ protected:
     std::string entHost_, entPort_, entUser_, entPassword_, entName_;
     std::string sqlLogDir_;
 };
+
+// Copies source to target (a target ending in a separator is a directory and
+// takes source's file name), creating the target's directory when missing. A
+// source that isn't there is looked for in its EUC-JP and Shift_JIS forms, then
+// without its last extension. 0, or -1 with errno as the failed call left it.
+int CopyFileTolerant(const char* source, const char* target);
+// The whole content of the file at path into out: 0, or -1 when it can't be opened.
+int ReadTextFile(const char* path, std::string& out);

@@ -21,6 +21,11 @@ public:
     int32_t End() override;
     // Always 1: every row is a commit and progress point.
     int32_t GetCommitInterval() override;
+    // The flat store's file tree has neither a corporate directory nor bucket
+    // directories: the source root is sourceFileRoot, owners are "user/" + id + "/".
+    void GetSourceFileRoot(std::string& path) override;
+    void AppendUserDir(std::string& path, const char* id) override;
+    void AppendIdDir(std::string& path, const char* id) override;
 
     // A new index on sourceRoot + relativePath that loads all its records; the
     // caller gives it back through DeleteIndexObject. Null when memory runs out.

@@ -1,0 +1,157 @@
+// The attachment row writer against the test cluster: the row goes in first and
+// its file follows under the row's target name; a file that can't be copied
+// leaves the row in place, as a warning or as an error that stops the table.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "MakeConvEToKiv/convcom/ConvApp.h"
+#include "MakeConvEToKiv/convcom/ConvDBEntryAttach.h"
+#include "PgCluster.h"
+#include "TestSupport.h"
+#include "database/CdDBConnection.h"
+
+using namespace testsupport;
+
+namespace {
+
+const char* const kDb = "attach_entry_test";
+
+// The application with both of its connections on the test database.
+class ClusterApp : public ConvApp {
+public:
+    using ConvApp::ConvApp;
+    int32_t OpenDatabases() override {
+        int32_t ret = CreateConnections();
+        if (ret != 0) return ret;
+        const PgCluster& pg = TestCluster();
+        for (CdDBConnection* c : {entConnection_.get(), kivConnection_.get()}) {
+            ret =
+                c->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), kDb, pg.PortText().c_str(), -1);
+            if (ret != 0) return ret;
+        }
+        return 0;
+    }
+};
+
+// A table whose rows name a file: "schedule/<bucket>/<id>/<filename>" in both trees.
+class FileRowWriter : public ConvDBEntryAttach {
+public:
+    using ConvDBEntryAttach::ConvDBEntryAttach;
+    int32_t GetFilePath(std::string& outPath, const ConvRow& row, char) override {
+        const char* id = FindColumn(row, "id");
+        const char* name = FindColumn(row, "filename");
+        outPath.clear();
+        if (!id || !name) return 0;
+        outPath = "schedule/";
+        app->AppendIdDir(outPath, id);
+        outPath += name;
+        return 0;
+    }
+};
+
+class AttachEntryTest : public ::testing::Test {
+protected:
+    AttachEntryTest()
+        : args_(RunArgs(dir_.Path(), "create", TestCluster().PortText())), app_(args_.Argc(), args_.Argv(), "sch") {}
+
+    void SetUp() override {
+        MakeDirs(dir_ / "conv/log");
+        std::string error;
+        ASSERT_TRUE(TestCluster().CreateDatabase(kDb, &error)) << error;
+        ASSERT_TRUE(TestCluster().Exec(kDb,
+                                       "CREATE TABLE t_attach (SID_CORPORATE int NOT NULL, id int PRIMARY KEY,"
+                                       " filename varchar(100));",
+                                       &error))
+            << error;
+        ASSERT_EQ(app_.Init("label"), 0);
+        kiv_ = app_.KivConnection();
+        ASSERT_EQ(kiv_->SetTransactional(false), 0);
+        app_.SetAbortInTransaction(true);
+    }
+    void TearDown() override { app_.End(); }
+
+    std::string Value(const std::string& sql) { return TestCluster().QueryValue(kDb, sql).value_or("<null>"); }
+    bool UserLogHas(const std::string& line) const {
+        std::vector<std::string> log;
+        for (const std::string& l : Lines(ReadFile(dir_ / "conv/log/sch.log"))) log.push_back(StripStamp(l));
+        return std::find(log.begin(), log.end(), line) != log.end();
+    }
+    static ConvRow Row(const char* id, const char* fileName, const char* logTitle) {
+        ConvRow row;
+        AddColumn("sid_corporate", "1", 1, row);
+        AddColumn("id", id, 1, row);
+        AddColumn("filename", fileName, 0, row);
+        if (logTitle) AddColumn("logtitle", logTitle, 0, row);
+        return row;
+    }
+    std::string Source(const std::string& rest) const { return dir_ / ("store/file/1/schedule/1/" + rest); }
+    std::string Target(const std::string& rest) const { return dir_ / ("target/file/1/schedule/1/" + rest); }
+
+    TempDir dir_;
+    Args args_;
+    ClusterApp app_;
+    CdDBConnection* kiv_ = nullptr;
+};
+
+TEST_F(AttachEntryTest, RowGoesInAndItsFileFollowsUnderTheTargetName) {
+    FileRowWriter writer(&app_, kiv_);
+    writer.SetRenameToAttach(true);
+    WriteFile(Source("7/7"), "seven");
+    ConvRow row = Row("7", "7", "議事録");
+    EXPECT_EQ(writer.Entry("t_attach", row), 0);
+    // "logtitle" is the copy's title, not a column.
+    EXPECT_EQ(writer.GetCopyTitle(), "議事録");
+    EXPECT_EQ(writer.GetSql(), "INSERT INTO t_attach (sid_corporate,id,filename) VALUES (1,7,'attach00007')");
+    EXPECT_EQ(Value("SELECT filename FROM t_attach WHERE id=7"), "attach00007");
+    EXPECT_EQ(ReadFile(Target("7/attach00007")), "seven");
+
+    // Without renaming, a name stored on disk in Shift_JIS is found from its
+    // UTF-8 form and lands under the UTF-8 name.
+    writer.SetRenameToAttach(false);
+    WriteFile(Source("8/\x89\xEF\x8B\x63\x8E\x91\x97\xBF.pdf"), "minutes");
+    ConvRow second = Row("8", "会議資料.pdf", nullptr);
+    EXPECT_EQ(writer.Entry("t_attach", second), 0);
+    EXPECT_EQ(ReadFile(Target("8/会議資料.pdf")), "minutes");
+    EXPECT_EQ(app_.StatusWord(), 0);
+}
+
+TEST_F(AttachEntryTest, MissingFileWarnsAndTheRowStays) {
+    FileRowWriter writer(&app_, kiv_);
+    ConvRow row = Row("9", "lost.txt", "議題資料");
+    EXPECT_EQ(writer.Entry("t_attach", row), 1);
+    EXPECT_EQ(Value("SELECT filename FROM t_attach WHERE id=9"), "lost.txt");
+    EXPECT_EQ(app_.StatusWord(), 1);
+    EXPECT_TRUE(UserLogHas("[WARN] 添付ファイルの複写に失敗しました。Name=[議題資料] From=[" + Source("9/lost.txt") +
+                           "] To=[" + Target("9/lost.txt") + "] エラー詳細[No such file or directory]"));
+}
+
+TEST_F(AttachEntryTest, DiskFullIsAnErrorThatStopsTheTableWithTheRowWritten) {
+    FileRowWriter writer(&app_, kiv_);
+    WriteFile(Source("3/big.bin"), std::string(8192, 'b'));
+    MakeDirs(Target("3"));
+    ASSERT_EQ(symlink("/dev/full", Target("3/big.bin").c_str()), 0);
+    ConvRow row = Row("3", "big.bin", "大きい");
+    EXPECT_EQ(writer.Entry("t_attach", row), -80);
+    EXPECT_EQ(Value("SELECT count(*) FROM t_attach WHERE id=3"), "1");
+    EXPECT_TRUE(UserLogHas("[ERR] 添付ファイルの複写に失敗しました。Name=[大きい] From=[" + Source("3/big.bin") +
+                           "] To=[" + Target("3/big.bin") + "] エラー詳細[No space left on device]"));
+}
+
+TEST_F(AttachEntryTest, RowThatIsNotWrittenCopiesNoFile) {
+    FileRowWriter writer(&app_, kiv_);
+    WriteFile(Source("4/a.txt"), "a");
+    ConvRow first = Row("4", "a.txt", nullptr);
+    ASSERT_EQ(writer.Entry("t_attach", first), 0);
+    ASSERT_EQ(unlink(Target("4/a.txt").c_str()), 0);
+
+    ConvRow again = Row("4", "a.txt", nullptr);
+    EXPECT_EQ(writer.Entry("t_attach", again), 1);  // duplicate key, left out
+    EXPECT_FALSE(Exists(Target("4/a.txt")));
+}
+
+}  // namespace
