@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "MakeConvEToKiv/convbatcom/ConvBat.h"
+#include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
 #include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
 #include "TestSupport.h"
@@ -191,4 +193,36 @@ TEST_F(RunFixture, CreateRunWithoutMessageFilesGoesOnAndEndsWithZero) {
     ASSERT_FALSE(log.empty());
     EXPECT_EQ(log.front(), "[INFO] スケジュール、設備予約、議事録、来訪者管理機能の移行の前準備を開始します。");
     EXPECT_EQ(log.back(), "[INFO] スケジュール、設備予約機能の移行を終了しました。");
+}
+
+namespace {
+// A driver whose clean-up also walks the users' directories.
+class UserDirBat : public ConvBat {
+public:
+    explicit UserDirBat(ConvApp* app) : ConvBat(app) { userDir_ = "schedule"; }
+    int32_t RunMain() override { return 0; }
+};
+}  // namespace
+
+TEST_F(RunFixture, CleanOfUserDirectoriesFollowsTheTargetsUsers) {
+    ASSERT_TRUE(TestCluster().Exec("run_kiv",
+                                   "CREATE TABLE TM_USER (SID_CORPORATE int, ID int);"
+                                   "INSERT INTO TM_USER VALUES (1, 5), (1, 1234), (2, 7);"));
+    const std::string users = target + "/file/1/user";
+    WriteFile(users + "/1/5/schedule/a.txt", "x");
+    WriteFile(users + "/2/1234/schedule/b.txt", "x");
+    WriteFile(users + "/2/1234/mail/c.txt", "another module's");
+    WriteFile(users + "/1/7/schedule/d.txt", "a user of another corporation");
+    Args args(Arguments("clean"));
+    ConvAppStd app(args.Argc(), args.Argv(), "sch");
+    ASSERT_EQ(app.Init("label"), 0);
+    {
+        UserDirBat bat(&app);
+        EXPECT_EQ(bat.CleanFiles(), 0);
+    }
+    app.End();
+    EXPECT_FALSE(Exists(users + "/1/5/schedule"));
+    EXPECT_FALSE(Exists(users + "/2/1234/schedule"));
+    EXPECT_TRUE(Exists(users + "/2/1234/mail/c.txt"));
+    EXPECT_TRUE(Exists(users + "/1/7/schedule/d.txt"));
 }

@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
-#include "MakeConvLib/cmsbase/CMSioObjApp.h"
+#include "MakeConvEToKiv/convcom/ConvDBRead.h"
 #include "base/comFile.h"
 #include "database/CdDBConnection.h"
 
@@ -68,21 +68,71 @@ int32_t ConvBat::CleanFiles() {
             return ret;
         }
     }
+    if (!userDir_.empty()) {
+        int32_t ret = CleanUserDirs(userDir_.c_str());
+        if (ret != 0) {
+            app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+            return ret;
+        }
+    }
     return 0;
 }
 
-int32_t ConvBat::GetCleanRoot(std::string& path) {
-    path = std::string(GetFileDir()) + std::to_string(GetCorporateId()) + "/";
+int32_t ConvBat::GetCleanRoot(std::string& path, const char* userId) {
+    app_->GetTargetFileRoot(path);
+    if (userId) {
+        path += "user/";
+        app_->AppendNumberedDir(path, userId, true);
+    }
     return 0;
 }
 
 int32_t ConvBat::CleanDir(const char* name, const comDirFilter& filter) {
     std::string path;
-    GetCleanRoot(path);
+    GetCleanRoot(path, nullptr);
     path += name ? name : "";
     int32_t ret = RemoveDir(path.c_str(), filter);
     if (ret != 0) {
         app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+        return ret;
+    }
+    return 0;
+}
+
+int32_t ConvBat::CleanUserDir(const char* name, const char* userId) {
+    std::string path;
+    GetCleanRoot(path, userId);
+    path += name ? name : "";
+    int32_t ret = RemoveDir(path.c_str(), nullptr);
+    if (ret != 0) {
+        app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+        return ret;
+    }
+    return 0;
+}
+
+int32_t ConvBat::CleanUserDirs(const char* name) {
+    if (!kivConnection_) return 0;
+    kivConnection_->SetTransactional(false);
+    ConvDBRead reader(app_, kivConnection_);
+    int32_t ret = reader.OpenQuery("SELECT ID FROM TM_USER WHERE SID_CORPORATE=1 ORDER BY ID");
+    if (ret != 0) {
+        app_->ReportError(ret, CONV_HERE, true, nullptr,
+                          "添付ファイルの削除時のユーザーデータの読み込みに失敗しました。");
+        return ret;
+    }
+    while ((ret = reader.Fetch()) == 1) {
+        const char* id = FindColumn(reader.Row(), "ID");
+        if (!id) continue;
+        ret = CleanUserDir(name, id);
+        if (ret != 0) {
+            app_->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
+            return ret;
+        }
+    }
+    if (ret < 0) {
+        app_->ReportError(ret, CONV_HERE, true, nullptr,
+                          "添付ファイルの削除時のユーザーデータの読み込みに失敗しました。");
         return ret;
     }
     return 0;

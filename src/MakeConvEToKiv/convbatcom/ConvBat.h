@@ -23,7 +23,11 @@ public:
     virtual int32_t Hook();
     virtual int32_t CleanFiles();
     virtual int32_t CleanDir(const char* name, const comDirFilter& filter);
-    virtual int32_t GetCleanRoot(std::string& path);
+    virtual int32_t CleanUserDirs(const char* name);
+    virtual int32_t CleanUserDir(const char* name, const char* userId);
+    // The target file tree of the corporation, and with a user id that user's
+    // directory inside its bucket.
+    virtual int32_t GetCleanRoot(std::string& path, const char* userId);
     virtual int32_t RemoveDir(const char* path, const comDirFilter& filter);
     virtual int32_t RunCleanScript(bool isTarget, bool isIndex);
     virtual const char* GetCleanScriptPath(bool isTarget, bool isIndex);
