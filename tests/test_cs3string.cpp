@@ -55,6 +55,7 @@ struct SetCase {
 
 const SetCase kSetCases[] = {
     {"CS3String", Make<CS3String>, "old", nullptr, 0, ""},
+    {"CS3String", Make<CS3String>, nullptr, nullptr, 0, ""},  // first store of nothing
     {"CS3StringH", Make<CS3StringH>, "old", "", -10006, "old"},
     {"CS3StringH", Make<CS3StringH>, "old", "a", 0, "a"},
 

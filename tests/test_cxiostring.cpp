@@ -7,6 +7,7 @@
 #include <string>
 
 #include "MakeConvLib/cmsbase/CMSioObjApp.h"
+#include "MakeConvLib/cmsbase/comTrace.h"
 #include "MakeConvLib/cxiocom/CS3LongStr.h"
 #include "MakeConvLib/cxiocom/CS3MiddleStr.h"
 #include "MakeConvLib/cxiocom/CS3ShortStr.h"
@@ -214,7 +215,10 @@ TEST_F(CXioTest, LowerLimit) {
     text.SetLimits(2, 5);
     EXPECT_EQ(text.GetMinChars(), 2);
     ASSERT_EQ(text.SetStr("abc"), 0);
+    ClearErrorDetail();
     EXPECT_EQ(text.SetStr("a"), -70010);
+    // The trace line carries the code returned, not the count of characters.
+    EXPECT_NE(std::string(GetErrorDetail()).find(comTraceEncode("ret[-70010]lower[2]", 100)), std::string::npos);
     EXPECT_EQ(text.SetStr(""), -70010);
     EXPECT_EQ(text.SetStr("abcdef"), -62);
     EXPECT_EQ(text.SetStr("a\xE3"), -1000030);

@@ -152,7 +152,7 @@ int CS3String::Store(const char* value, int len) {
         // Built aside: value may be this object's own text.
         auto fresh = Allocate(n + 1);
         if (!fresh) return CS3_ERR_MEMORY;
-        std::memcpy(fresh.get(), value, n);
+        if (n > 0) std::memcpy(fresh.get(), value, n);  // value may be null when n is 0
         buf = std::move(fresh);
         capacity = n + 1;
         return 0;

@@ -117,8 +117,9 @@ int CXioLCStrLower::SetStr(const char* value) {
         if (ret != 0) comTrace("[%s][%d]ret[%d]", CONV_HERE, ret);
         return ret;
     }
-    comTrace("[%s][%d]ret[%d]lower[%d]", CONV_HERE, count, minChars);
-    return count < 0 ? count : CXIO_ERR_SHORT;
+    const int ret = count < 0 ? count : CXIO_ERR_SHORT;
+    comTrace("[%s][%d]ret[%d]lower[%d]", CONV_HERE, ret, minChars);
+    return ret;
 }
 
 void CXioLCStrLower::SetLimits(int lower, int limit) {
