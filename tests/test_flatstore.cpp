@@ -130,6 +130,7 @@ TEST_F(FlatStoreTest, BadContentFailsTheRead) {
     } cases[] = {
         {"a=1\nobject 1\nend\n", -1, nullptr},
         {"object\nkey=value\nend\n", -1, nullptr},
+        {"object\t5\nkey=value\nend\n", -1, nullptr},  // only a blank makes an object line
         {"object abc\nkey=value\nend\n", -31, "値[abc]が不正です。ファイル["},
         {"object 山田\n", -31, "値[山田]が不正です。"},
         {"object 1\nobject dates\nd=20240101\n\t20240102\nend\nend\n", -31,

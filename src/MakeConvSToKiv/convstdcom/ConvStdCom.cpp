@@ -25,8 +25,6 @@ struct FreeDeleter {
 };
 using CText = std::unique_ptr<char, FreeDeleter>;
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
 // The UTF-8 text as EUC-JP, through JIS; empty when memory runs out.
 std::string Utf8ToEuc(const char* text) {
     const std::size_t len = std::strlen(text);
@@ -106,7 +104,8 @@ int ConvStdCom::CheckLine(char* line) {
         ReportFileError(ret, CONV_HERE, 0, "関数引数エラーです。");
         return ret;
     }
-    if (std::strncmp(line, "object", 6) == 0 && (line[6] == '\0' || IsBlank(line[6]))) {
+    // Only a blank or the line's end may follow the word; "object\tx" is no object line.
+    if (std::strncmp(line, "object", 6) == 0 && (line[6] == '\0' || line[6] == ' ')) {
         if (line[6] != '\0') {
             const char* rest = line + 7;
             if ((depth > 0 ? BeginList(rest) : BeginRecord(rest)) != 0) {
@@ -265,6 +264,7 @@ int ConvStdCom::ReadById(int id) {
     currentList = nullptr;
     rawValue.clear();
     lastLineWasField = false;
+    readErrno = 0;  // a failed path below must not carry the errno of an earlier read
     const int ret = MakeRecordPath(id);
     if (ret != 0) return ret;
     forcedId = id;
