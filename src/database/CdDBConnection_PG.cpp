@@ -300,7 +300,7 @@ int CdDBConnection_PG::Exec(const char* sql, const char* param, void* /*reserved
                             const char* const* paramArray, int paramCount) {
     affectedRows = 0;
     if (!conn) return kDbNotConnected;
-    if (!sql) return kDbBadArgument;
+    if (!sql || !*sql) return kDbBadArgument;
     const long long start = (warnOnly || IsTracing()) ? comMillis() : 0;
     currentRow = 0;
     ClearResult();

@@ -176,6 +176,9 @@ TEST_F(CdDBConnectionTest, SelectRuleTransactionsAndAutoCommit) {
     EXPECT_EQ(c.Exec("select 1"), -1101);
     EXPECT_EQ(c.Commit(), -1101);
     ASSERT_EQ(Connect(c), 0);
+    // An empty statement is no statement: nothing is sent, no transaction begins.
+    EXPECT_EQ(c.Exec(""), -1099);
+    EXPECT_FALSE(c.IsInTransaction());
 
     // Only "select " or "SELECT " keeps its result outside a transaction.
     EXPECT_EQ(c.Exec("select 1"), 0);

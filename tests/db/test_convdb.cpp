@@ -151,6 +151,7 @@ TEST_F(ConvDBTest, ContinueRuleFollowsTransactionAndPhase) {
     EXPECT_TRUE(std::any_of(log.begin(), log.end(), [&](const std::string& l) { return l.rfind(syntax, 0) == 0; }));
 
     EXPECT_EQ(db.Exec(nullptr), -1099);
+    EXPECT_EQ(db.Exec(""), -1099);
 }
 
 TEST_F(ConvDBTest, QuotesAndBackslashesArriveUnchanged) {
@@ -319,6 +320,15 @@ TEST_F(ConvDBTest, ScriptFileRunsLinesAndStopsAtFailure) {
                        0) == 0;
     }));
     EXPECT_EQ(db.ExecScriptFile("missing"), -1021);
+
+    // The report of a long failing line is cut as a whole at 1023 bytes, and a
+    // character that the cut would split is left out.
+    const std::string head = "DELET " + std::string(957, 'x');
+    std::string longLine = head;
+    for (int i = 0; i < 100; ++i) longLine += "あ";
+    WriteFile(dir_ / "sql/sch/long.sql", longLine + "\n");
+    EXPECT_EQ(db.ExecScriptFile("long"), -1016);
+    EXPECT_EQ(UserLog().back(), "[ERR] ファイルからのSQL発行に失敗しました。 sql[" + head);
 }
 
 TEST_F(ConvDBTest, NormalizeCreateUpdateTimesShiftsToUtc) {

@@ -14,6 +14,7 @@
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvLib/cxiocom/CXioLCString.h"
 #include "base/NUNVList.h"
+#include "base/comStr.h"
 #include "database/CdDBConnection.h"
 
 namespace {
@@ -65,7 +66,7 @@ ConvDB::ConvDB(ConvApp* appIn, CdDBConnection* connectionIn) : app(appIn), conne
 ConvDB::~ConvDB() = default;
 
 int32_t ConvDB::Exec(const char* sql, const char* const* paramArray, int paramCount) {
-    if (!sql || !connection) {
+    if (!sql || !*sql || !connection) {
         app->ReportError(kDbBadArgument, CONV_HERE, false, nullptr, nullptr);
         return kDbBadArgument;
     }
@@ -189,11 +190,15 @@ int32_t ConvDB::ExecScriptFile(const char* name) {
         while (len > 0 && (text[len - 1] == '\n' || text[len - 1] == '\r')) text[--len] = '\0';
         const int32_t ret = Exec(text);
         if (ret == 0 || ret == 1) continue;
-        std::vector<char> failure(kScriptErrorMax + 1);
-        std::snprintf(failure.data(), failure.size(), "(err[%d] status[%d] msg[%s])", ret,
+        char failure[512];
+        std::snprintf(failure, sizeof failure, "(err[%d] status[%d] msg[%s])", ret,
                       connection ? connection->GetStatus() : 0, connection ? connection->GetErrorMessage() : "");
-        app->ReportError(ret, CONV_HERE, true, nullptr, "ファイルからのSQL発行に失敗しました。 sql[%s] %s", text,
-                         failure.data());
+        // The whole message is cut, without splitting a character: a long line
+        // would otherwise fill the user log.
+        std::vector<char> message(kScriptErrorMax + 1);
+        std::snprintf(message.data(), message.size(), "ファイルからのSQL発行に失敗しました。 sql[%s] %s", text, failure);
+        comUtf8CutBytes(message.data(), static_cast<int>(kScriptErrorMax), true);
+        app->ReportError(ret, CONV_HERE, true, nullptr, "%s", message.data());
         return ret;
     }
     return 0;
