@@ -6,6 +6,7 @@
 
 #include <regex>
 
+#include "MakeConvLib/cmsbase/comTrace.h"
 #include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
 #include "TestSupport.h"
 #include "base/NUFileIO.h"
@@ -192,6 +193,42 @@ TEST(ConvApp, ReportsWriteHexTraceAndTaggedUserLines) {
     EXPECT_EQ(userTail, (std::vector<std::string>{"[WARN] warn 7", "[INFO] plain"}));
     EXPECT_EQ(app.StatusWord(), -1);  // the last non-zero code; plain messages leave it alone
     app.End();
+}
+
+TEST(ConvApp, GatheredTraceTextLongerThanALogLineStillDecodes) {
+    TempDir dir;
+    AppRun run(dir.Path());
+    ASSERT_EQ(run.app.Init(kLabel), 0);
+    // Three short lines put the long one at an odd offset of the gathered text.
+    for (int i = 0; i < 3; ++i) comTrace("%s", std::string(200, 'a').c_str());
+    comTrace("%s", std::string(5000, 'b').c_str());
+    run.app.ReportError(-1, "src", 9, false, nullptr, nullptr);
+    run.app.ReportError(-2, "src", 10, false, nullptr, nullptr);
+
+    std::vector<std::string> trace = Trace(dir / "conv/log/sch_trace.log");
+    ASSERT_GE(trace.size(), 3u);
+    EXPECT_EQ(trace.back(), "[src:10] [ret=-2] ");
+    EXPECT_EQ(trace[trace.size() - 2], "[src:9] [ret=-1] ");
+    const std::string gathered = trace[trace.size() - 3];
+    EXPECT_EQ(gathered.rfind(std::string(200, 'a') + "\n", 0), 0u);
+    EXPECT_EQ(gathered.back(), 'b');  // cut inside the long line, between two bytes
+    run.app.End();
+}
+
+TEST(ConvApp, FunctionStartedWithoutLabelDropsTheLastSummary) {
+    TempDir dir;
+    {
+        AppRun run(dir.Path());
+        ASSERT_EQ(run.app.Init(kLabel), 0);
+        run.app.SetFunction("スケジュール、設備予約", false);
+        run.app.PutMessage("スケジュール", 6, 4, 0);
+        run.app.SetFunction("", true);  // an empty label is no label
+        run.app.End();
+    }
+    EXPECT_EQ(Values(ReadFile(dir / "conv/sch.sts"), "dispmsg"),
+              (std::vector<std::string>{
+                  "スケジュール、設備予約機能の移行を終了しました。スケジュールは4件移行しました。(成功：4 失敗：0)",
+                  "スケジュール、設備予約機能の移行を終了しました。"}));
 }
 
 TEST(ConvApp, StartRotatesLogsAndCleanModeHasNoUserLog) {

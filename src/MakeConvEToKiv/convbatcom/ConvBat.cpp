@@ -139,7 +139,7 @@ int32_t ConvBat::CleanUserDirs(const char* name) {
 }
 
 int32_t ConvBat::RemoveDir(const char* path, const comDirFilter& filter) {
-    if (!path) {
+    if (!path || !*path) {
         app_->ReportError(-1099, CONV_HERE, false, nullptr, "引数エラー");
         return -1099;
     }

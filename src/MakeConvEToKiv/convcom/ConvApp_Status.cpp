@@ -135,8 +135,20 @@ void ConvApp::ReportError(int32_t code, const char* source, int line, bool show,
 void ConvApp::FlushErrorDetail() {
     const char* detail = GetErrorDetail();
     if (!detail || !*detail) return;
+    // The gathered text can outgrow the 8191 bytes that the log writes a line:
+    // cut it where no digit pair is split, and end it in a line feed, so that the
+    // next report starts a line of its own and every line decodes.
+    std::string text = detail;
+    if (text.size() > kTraceMax - 1) {
+        std::size_t cut = kTraceMax - 2;
+        const std::size_t feed = text.rfind('\n', cut - 1);
+        const std::size_t lineStart = feed == std::string::npos ? 0 : feed + 1;
+        if ((cut - lineStart) % 2 != 0) --cut;
+        text.resize(cut);
+    }
+    if (text.back() != '\n') text += '\n';
     const std::string previous = SwitchLog(tracePath_);
-    comDebugLog("%s", detail);
+    comDebugLog("%s", text.c_str());
     ClearErrorDetail();
     RestoreLog(previous);
 }
@@ -206,7 +218,7 @@ void ConvApp::SetFunction(const char* label, bool startsNew) {
             functionOpen_ = true;
             summaryText_.clear();
         }
-    } else if (!label && startsNew) {
+    } else if (startsNew) {
         functionOpen_ = true;
         summaryText_.clear();
     }
