@@ -56,6 +56,14 @@ std::string Path(void (ConvApp::*append)(std::string&, const char*), ConvApp& ap
     return path;
 }
 
+// The source and the target root of the application's files.
+std::string Roots(ConvApp& app) {
+    std::string source, target;
+    app.GetSourceFileRoot(source);
+    app.GetTargetFileRoot(target);
+    return source + " -> " + target;
+}
+
 std::vector<std::string> UserLog(const std::string& root) {
     std::vector<std::string> out;
     for (const std::string& line : Lines(ReadFile(root + "/conv/log/sch.log"))) out.push_back(StripStamp(line));
@@ -69,12 +77,7 @@ TEST(AttachPaths, EnterpriseLayoutHasCorporateAndBucketDirectories) {
     AppRun<EntApp> run(dir.Path());
     ASSERT_TRUE(run.ok);
     ConvApp& app = run.app;
-
-    std::string root;
-    app.GetSourceFileRoot(root);
-    EXPECT_EQ(root, dir / "store/file/1/");
-    app.GetTargetFileRoot(root);
-    EXPECT_EQ(root, dir / "target/file/1/");
+    EXPECT_EQ(Roots(app), dir / "store/file/1/ -> " + dir / "target/file/1/");
 
     EXPECT_EQ(Path(&ConvApp::AppendUserDir, app, "", "1234"), "user/2/1234/");
     EXPECT_EQ(Path(&ConvApp::AppendUserDir, app, "schedule", "999"), "schedule/user/1/999/");
@@ -83,17 +86,24 @@ TEST(AttachPaths, EnterpriseLayoutHasCorporateAndBucketDirectories) {
     std::string plain = "plant";
     app.AppendNumberedDir(plain, "1234", false);
     EXPECT_EQ(plain, "plant/1234/");
+
+    // Target names keep the last extension of the source name.
+    auto name = [&](std::string path, int number, const std::string& fileName) {
+        app.AppendAttachName(path, number, fileName.c_str());
+        return path;
+    };
+    EXPECT_EQ(name("agenda/2/1234", 7, "report.txt"), "agenda/2/1234/attach00007.txt");
+    EXPECT_EQ(name("", 100000, "a.tar.gz"), "attach100000.gz");
+    EXPECT_EQ(name("x/", 12, "README"), "x/attach00012");
+    // Only the first 255 bytes of the name are searched for the extension.
+    EXPECT_EQ(name("", 1, std::string(255, 'n') + ".txt"), "attach00001");
 }
 
 TEST(AttachPaths, UnitZeroDropsTheBucketAndSettingsMoveTheTargetRoot) {
     TempDir dir;
     AppRun<EntApp> run(dir.Path(), "maxdir=0\ncid=3\ndbdirfile=" + dir.Path() + "/files\n");
     ASSERT_TRUE(run.ok);
-    std::string root;
-    run.app.GetTargetFileRoot(root);
-    EXPECT_EQ(root, dir / "files/3/");
-    run.app.GetSourceFileRoot(root);
-    EXPECT_EQ(root, dir / "store/file/3/");
+    EXPECT_EQ(Roots(run.app), dir / "store/file/3/ -> " + dir / "files/3/");
     EXPECT_EQ(Path(&ConvApp::AppendUserDir, run.app, "", "1234"), "user/1234/");
 }
 
@@ -102,32 +112,9 @@ TEST(AttachPaths, FlatStoreHasNeitherCorporateNorBucketDirectories) {
     AppRun<StdApp> run(dir.Path());
     ASSERT_TRUE(run.ok);
     ConvApp& app = run.app;  // through the base, as the writers call it
-    std::string root;
-    app.GetSourceFileRoot(root);
-    EXPECT_EQ(root, dir / "store/file/");
-    app.GetTargetFileRoot(root);
-    EXPECT_EQ(root, dir / "target/file/1/");
+    EXPECT_EQ(Roots(app), dir / "store/file/ -> " + dir / "target/file/1/");
     EXPECT_EQ(Path(&ConvApp::AppendUserDir, app, "", "1234"), "user/1234/");
     EXPECT_EQ(Path(&ConvApp::AppendIdDir, app, "agenda", "1234"), "agenda/1234/");
-}
-
-TEST(AttachPaths, AttachNames) {
-    TempDir dir;
-    AppRun<EntApp> run(dir.Path());
-    ASSERT_TRUE(run.ok);
-    std::string path = "agenda/2/1234";
-    run.app.AppendAttachName(path, 7, "report.txt");
-    EXPECT_EQ(path, "agenda/2/1234/attach00007.txt");
-    path.clear();
-    run.app.AppendAttachName(path, 100000, "a.tar.gz");
-    EXPECT_EQ(path, "attach100000.gz");
-    path = "x/";
-    run.app.AppendAttachName(path, 12, "README");
-    EXPECT_EQ(path, "x/attach00012");
-    // Only the first 255 bytes of the name are searched for the extension.
-    path.clear();
-    run.app.AppendAttachName(path, 1, (std::string(255, 'n') + ".txt").c_str());
-    EXPECT_EQ(path, "attach00001");
 }
 
 TEST(AttachCopy, FindsNamesStoredInEucJpAndShiftJis) {
@@ -171,13 +158,13 @@ TEST(AttachCopy, MissingNameIsTriedWithoutItsLastExtension) {
 
 TEST(AttachCopy, ReportsWarningForMissingAndErrorForDiskFull) {
     TempDir dir;
+    const std::string from = dir / "store/file/1/schedule/1/5/";
+    const std::string to = dir / "target/file/1/";
     {
         AppRun<EntApp> run(dir.Path());
         ASSERT_TRUE(run.ok);
         ConvApp& app = run.app;
-        const std::string from = dir / "store/file/1/";
-        const std::string to = dir / "target/file/1/";
-        WriteFile(from + "schedule/1/5/data.bin", std::string(10000, 'd'));
+        WriteFile(from + "data.bin", std::string(10000, 'd'));
 
         EXPECT_EQ(app.CopyAttachFile("schedule/1/5/data.bin", "schedule/abc/", "資料"), 0);
         EXPECT_EQ(ReadFile(to + "schedule/abc/data.bin").size(), 10000u);
@@ -199,8 +186,6 @@ TEST(AttachCopy, ReportsWarningForMissingAndErrorForDiskFull) {
     }
     const std::vector<std::string> log = UserLog(dir.Path());
     auto has = [&](const std::string& line) { return std::find(log.begin(), log.end(), line) != log.end(); };
-    const std::string from = dir / "store/file/1/schedule/1/5/";
-    const std::string to = dir / "target/file/1/";
     EXPECT_TRUE(has("[WARN] 添付ファイルの複写に失敗しました。Name=[消えた] From=[" + from + "gone.txt] To=[" + to +
                     "schedule/abc/] エラー詳細[No such file or directory]"));
     EXPECT_TRUE(has("[WARN] 添付ファイルの複写に失敗しました。Name=[塞がれた] From=[" + from + "data.bin] To=[" + to +
@@ -243,13 +228,11 @@ TEST(AttachNames, ShortNumericStemsBecomeAttachNames) {
         EXPECT_EQ(name, out) << in;
     }
 
-    std::string path = "schedule/1/12.txt";
-    EXPECT_EQ(writer.NormalizePath(path), 0);
-    EXPECT_EQ(path, "schedule/1/attach00012.txt");
-    path = "schedule/1/";
-    EXPECT_EQ(writer.NormalizePath(path), 0);
-    EXPECT_EQ(path, "schedule/1/");
-    path = "5";
-    EXPECT_EQ(writer.NormalizePath(path), 0);
-    EXPECT_EQ(path, "attach00005");
+    auto path = [&](std::string p) {
+        EXPECT_EQ(writer.NormalizePath(p), 0);
+        return p;
+    };
+    EXPECT_EQ(path("schedule/1/12.txt"), "schedule/1/attach00012.txt");
+    EXPECT_EQ(path("schedule/1/"), "schedule/1/");
+    EXPECT_EQ(path("5"), "attach00005");
 }

@@ -4,39 +4,14 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <string>
-#include <tuple>
-#include <vector>
 
-#include "MakeConvEToKiv/convcom/ConvApp.h"
+#include "ClusterRun.h"
 #include "MakeConvEToKiv/convcom/ConvDBEntryAttach.h"
-#include "PgCluster.h"
-#include "TestSupport.h"
-#include "database/CdDBConnection.h"
 
 using namespace testsupport;
 
 namespace {
-
-const char* const kDb = "attach_entry_test";
-
-// The application with both of its connections on the test database.
-class ClusterApp : public ConvApp {
-public:
-    using ConvApp::ConvApp;
-    int32_t OpenDatabases() override {
-        int32_t ret = CreateConnections();
-        if (ret != 0) return ret;
-        const PgCluster& pg = TestCluster();
-        for (CdDBConnection* c : {entConnection_.get(), kivConnection_.get()}) {
-            ret =
-                c->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), kDb, pg.PortText().c_str(), -1);
-            if (ret != 0) return ret;
-        }
-        return 0;
-    }
-};
 
 // A table whose rows name a file: "schedule/<bucket>/<id>/<filename>" in both trees.
 class FileRowWriter : public ConvDBEntryAttach {
@@ -54,32 +29,18 @@ public:
     }
 };
 
-class AttachEntryTest : public ::testing::Test {
+class AttachEntryTest : public ClusterRunTest {
 protected:
     AttachEntryTest()
-        : args_(RunArgs(dir_.Path(), "create", TestCluster().PortText())), app_(args_.Argc(), args_.Argv(), "sch") {}
+        : ClusterRunTest("attach_entry_test",
+                         "CREATE TABLE t_attach (SID_CORPORATE int NOT NULL, id int PRIMARY KEY,"
+                         " filename varchar(100));") {}
 
     void SetUp() override {
-        MakeDirs(dir_ / "conv/log");
-        std::string error;
-        ASSERT_TRUE(TestCluster().CreateDatabase(kDb, &error)) << error;
-        ASSERT_TRUE(TestCluster().Exec(kDb,
-                                       "CREATE TABLE t_attach (SID_CORPORATE int NOT NULL, id int PRIMARY KEY,"
-                                       " filename varchar(100));",
-                                       &error))
-            << error;
-        ASSERT_EQ(app_.Init("label"), 0);
-        kiv_ = app_.KivConnection();
+        ClusterRunTest::SetUp();
+        if (HasFatalFailure()) return;
         ASSERT_EQ(kiv_->SetTransactional(false), 0);
         app_.SetAbortInTransaction(true);
-    }
-    void TearDown() override { app_.End(); }
-
-    std::string Value(const std::string& sql) { return TestCluster().QueryValue(kDb, sql).value_or("<null>"); }
-    bool UserLogHas(const std::string& line) const {
-        std::vector<std::string> log;
-        for (const std::string& l : Lines(ReadFile(dir_ / "conv/log/sch.log"))) log.push_back(StripStamp(l));
-        return std::find(log.begin(), log.end(), line) != log.end();
     }
     static ConvRow Row(const char* id, const char* fileName, const char* logTitle) {
         ConvRow row;
@@ -91,11 +52,6 @@ protected:
     }
     std::string Source(const std::string& rest) const { return dir_ / ("store/file/1/schedule/1/" + rest); }
     std::string Target(const std::string& rest) const { return dir_ / ("target/file/1/schedule/1/" + rest); }
-
-    TempDir dir_;
-    Args args_;
-    ClusterApp app_;
-    CdDBConnection* kiv_ = nullptr;
 };
 
 TEST_F(AttachEntryTest, RowGoesInAndItsFileFollowsUnderTheTargetName) {

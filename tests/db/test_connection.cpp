@@ -1,40 +1,32 @@
 // Tests of the PostgreSQL connection against the test cluster: error mapping,
 // transactions, row reading, parameters, timing logs and connect retries.
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <libpq-fe.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "PgCluster.h"
+#include "TestSupport.h"
 #include "base/comClock.h"
 #include "base/comLog.h"
 #include "database/CdDBConnection_PG.h"
+
+using testsupport::ReadFile;
 
 namespace {
 
 const char* const kDb = "cddb_conn";
 
-struct CallRecord {
-    std::string text;
-    int code = 0;
-    int status = 0;
-    std::string message;
-    int count = 0;
-};
-CallRecord g_lastCall;
+// The last call of the statement callback as "text code status".
+std::string g_lastCall;
 
-void RecordCall(const char* text, int code, int status, const char* message) {
-    g_lastCall = {text ? text : "", code, status, message ? message : "", g_lastCall.count + 1};
+void RecordCall(const char* text, int code, int status, const char*) {
+    g_lastCall = std::string(text ? text : "") + " " + std::to_string(code) + " " + std::to_string(status);
 }
 
 // Injected clock: a fixed moment plus an offset that the callback below advances
@@ -57,15 +49,25 @@ void AdvanceClockOnStatement(const char* text, int, int, const char*) {
 std::vector<unsigned> g_sleeps;
 void RecordSleep(unsigned seconds) { g_sleeps.push_back(seconds); }
 
-std::string ReadFile(const std::string& path) {
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+// A column of the current row as "'text':type" ("null:type" for NULL), or the code of
+// a failed read.
+std::string Cell(const CdDBConnection& c, int index) {
+    char* value = nullptr;
+    uint32_t type = 99;
+    const int rc = c.GetValue(&value, index, &type);
+    if (rc != 0) return std::to_string(rc);
+    const std::string out = (value ? "'" + std::string(value) + "'" : "null") + ":" + std::to_string(type);
+    std::free(value);
+    return out;
 }
 
-struct PgConnDeleter {
-    void operator()(PGconn* c) const { PQfinish(c); }
-};
-using RawConn = std::unique_ptr<PGconn, PgConnDeleter>;
+// The first column of a query's first row, as Cell gives it.
+std::string Select(CdDBConnection& c, const char* sql, const char* param = nullptr) {
+    const int rc = param ? c.Exec(sql, param, nullptr, nullptr, 0) : c.Exec(sql);
+    return rc != 0 ? "Exec " + std::to_string(rc) : Cell(c, 0);
+}
+
+using RawConn = std::unique_ptr<PGconn, decltype(&PQfinish)>;
 
 class CdDBConnectionTest : public ::testing::Test {
 protected:
@@ -73,12 +75,8 @@ protected:
         ASSERT_TRUE(TestCluster().IsRunning());
         std::string error;
         ASSERT_TRUE(TestCluster().CreateDatabase(kDb, &error)) << error;
-        char pattern[] = "/tmp/cddbtest-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir_ = pattern;
-        logPath_ = dir_ + "/current.log";
         comLogSetPath(logPath_.c_str(), previousLog_);
-        g_lastCall = {};
+        g_lastCall.clear();
         g_sleeps.clear();
         previousSleep_ = comSetSleepFunction(RecordSleep);
     }
@@ -87,8 +85,6 @@ protected:
         comSetSleepFunction(previousSleep_);
         comSetClockFunction(nullptr);
         comLogSetPath(previousLog_, nullptr);
-        std::error_code ec;
-        std::filesystem::remove_all(dir_, ec);
     }
 
     int Connect(CdDBConnection& c, int timeoutSeconds = -1, const char* password = nullptr) {
@@ -102,16 +98,14 @@ protected:
         ASSERT_TRUE(TestCluster().Exec(kDb, sql, &error)) << error;
     }
 
-    std::string Value(const std::string& sql) {
-        return TestCluster().QueryValue(kDb, sql).value_or("<null>");
-    }
+    std::string Value(const std::string& sql) { return TestCluster().QueryValue(kDb, sql).value_or("<null>"); }
 
-    RawConn RawConnect() { return RawConn(PQconnectdb(TestCluster().ConnInfo(kDb).c_str())); }
+    RawConn RawConnect() { return RawConn(PQconnectdb(TestCluster().ConnInfo(kDb).c_str()), PQfinish); }
 
     std::string Log() const { return ReadFile(logPath_); }
 
-    std::string dir_;
-    std::string logPath_;
+    testsupport::TempDir dir_;
+    const std::string logPath_ = dir_ / "current.log";
     char previousLog_[1024] = {};
     comSleepFunc previousSleep_ = nullptr;
 };
@@ -154,9 +148,7 @@ TEST_F(CdDBConnectionTest, SqlStatesMapToStatusAndCode) {
         EXPECT_EQ(std::string(c.GetErrorMessage()).rfind(std::string("[") + k.sqlState + "]:", 0), 0u)
             << c.GetErrorMessage();
         EXPECT_FALSE(c.HasResult());
-        EXPECT_EQ(g_lastCall.text, k.sql);
-        EXPECT_EQ(g_lastCall.code, k.code);
-        EXPECT_EQ(g_lastCall.status, k.status);
+        EXPECT_EQ(g_lastCall, std::string(k.sql) + " " + std::to_string(k.code) + " " + std::to_string(k.status));
         const std::string logged = Log().substr(logBefore);
         EXPECT_EQ(logged.find(std::string("Error      [") + k.sqlState + "]\n") != std::string::npos,
                   k.errorBlock)
@@ -213,7 +205,6 @@ TEST_F(CdDBConnectionTest, SelectRuleTransactionsAndAutoCommit) {
     // Auto-commit: each statement is visible at once, Commit and Rollback do nothing.
     ASSERT_EQ(Connect(c), 0);
     EXPECT_EQ(c.SetTransactional(false), 0);
-    EXPECT_FALSE(c.IsTransactional());
     EXPECT_EQ(c.Exec("INSERT INTO t VALUES (4, 0)"), 0);
     EXPECT_FALSE(c.IsInTransaction());
     EXPECT_EQ(c.Rollback(0), 0);
@@ -233,28 +224,13 @@ TEST_F(CdDBConnectionTest, ReadsValuesNullsAndRefusesBytea) {
     EXPECT_STREQ(name, "num");
     EXPECT_EQ(c.GetColumnName(name, 6), -1007);
 
-    uint32_t type = 99;
-    ASSERT_EQ(c.GetValue(&value, 0, &type), 0);
-    EXPECT_STREQ(value, "x");
-    EXPECT_EQ(type, 2u);
-    std::free(value);
-    ASSERT_EQ(c.GetValue(&value, 1, &type), 0);  // empty text: an empty array
-    ASSERT_NE(value, nullptr);
-    EXPECT_STREQ(value, "");
-    std::free(value);
-    type = 99;
-    EXPECT_EQ(c.GetValue(&value, 2, &type), 0);  // NULL: no array, type still set
-    EXPECT_EQ(value, nullptr);
-    EXPECT_EQ(type, 2u);
-    ASSERT_EQ(c.GetValue(&value, 3, &type), 0);
-    EXPECT_STREQ(value, "12.50");
-    EXPECT_EQ(type, 1u);
-    std::free(value);
-    ASSERT_EQ(c.GetValue(&value, 4, &type), 0);
-    EXPECT_EQ(type, 0u);
-    std::free(value);
-    EXPECT_EQ(c.GetValue(&value, 5, &type), -1008);
-    EXPECT_EQ(c.GetValue(&value, 6, &type), -1008);
+    EXPECT_EQ(Cell(c, 0), "'x':2");
+    EXPECT_EQ(Cell(c, 1), "'':2");    // empty text: an empty array
+    EXPECT_EQ(Cell(c, 2), "null:2");  // NULL: no array, type still set
+    EXPECT_EQ(Cell(c, 3), "'12.50':1");
+    EXPECT_EQ(Cell(c, 4), "'7':0");
+    EXPECT_EQ(Cell(c, 5), "-1008");
+    EXPECT_EQ(Cell(c, 6), "-1008");
 
     ASSERT_EQ(c.GetValueByName(&value, "NUM"), 0);  // the name is lower-cased first
     EXPECT_STREQ(value, "12.50");
@@ -265,10 +241,10 @@ TEST_F(CdDBConnectionTest, ReadsValuesNullsAndRefusesBytea) {
     EXPECT_FALSE(c.IsEnd());
     EXPECT_EQ(c.NextRow(), 0);
     EXPECT_TRUE(c.IsEnd());
-    EXPECT_EQ(c.GetValue(&value, 0, nullptr), -1013);
+    EXPECT_EQ(Cell(c, 0), "-1013");
     c.ClearResult();
     EXPECT_TRUE(c.IsEnd());
-    EXPECT_EQ(c.GetValue(&value, 0, nullptr), -1101);
+    EXPECT_EQ(Cell(c, 0), "-1101");
     EXPECT_EQ(c.GetColumnName(name, 0), -1101);
     EXPECT_EQ(c.GetColumnCount(), 0);
 }
@@ -281,15 +257,13 @@ TEST_F(CdDBConnectionTest, CommitAfterFailedStatementIsRolledBack) {
     EXPECT_EQ(c.Exec("INSERT INTO t VALUES (1)"), 0);
     EXPECT_EQ(c.Exec("INSERT INTO t VALUES (1)"), -1012);
     EXPECT_EQ(c.Commit(), -1041);
-    EXPECT_EQ(g_lastCall.text, "commit");
-    EXPECT_EQ(g_lastCall.code, -1041);
+    EXPECT_EQ(g_lastCall, "commit -1041 0");
     EXPECT_TRUE(c.IsInTransaction());
     const std::string log = Log();
     EXPECT_NE(log.find("Error      [-1041]\n"), std::string::npos) << log;
     EXPECT_NE(log.find("ErrorMsg   [commit process is rollback]\n"), std::string::npos) << log;
     EXPECT_EQ(c.Rollback(1), 0);
-    EXPECT_EQ(g_lastCall.text, "rollback");
-    EXPECT_EQ(g_lastCall.status, 1);
+    EXPECT_EQ(g_lastCall, "rollback 0 1");
     EXPECT_FALSE(c.IsInTransaction());
     EXPECT_EQ(Value("SELECT count(*) FROM t"), "0");
 }
@@ -313,11 +287,7 @@ TEST_F(CdDBConnectionTest, ParametersArriveUnchanged) {
     EXPECT_EQ(rows[1][0], "");
 
     // A select takes them as well; "for update" opens a transaction.
-    ASSERT_EQ(c.Exec("select b from p where a = $1", single, nullptr, nullptr, 0), 0);
-    char* value = nullptr;
-    ASSERT_EQ(c.GetValue(&value, 0, nullptr), 0);
-    EXPECT_STREQ(value, array[0]);
-    std::free(value);
+    EXPECT_EQ(Select(c, "select b from p where a = $1", single), "'" + std::string(array[0]) + "':2");
     EXPECT_FALSE(c.IsInTransaction());
     ASSERT_EQ(c.Exec("select id from p where a = $1 FOR UPDATE", single, nullptr, nullptr, 0), 0);
     EXPECT_TRUE(c.IsInTransaction());
@@ -329,7 +299,7 @@ TEST_F(CdDBConnectionTest, SlowStatementsGoToWarnFileAndLog) {
     Setup("CREATE TABLE t (id int)");
     comSetClockFunction(FakeClock);
     g_clockOffsetMillis = 0;
-    const std::string trace = dir_ + "/entDB_sch_1.log";
+    const std::string trace = dir_ / "entDB_sch_1.log";
     CdDBConnection_PG c;
     c.SetTraceFile(trace.c_str());
     c.SetCallback(AdvanceClockOnStatement);
@@ -371,24 +341,16 @@ TEST_F(CdDBConnectionTest, SlowStatementsGoToWarnFileAndLog) {
 }
 
 TEST_F(CdDBConnectionTest, StatementTimeoutIsAppliedAndCancels) {
-    const std::string trace = dir_ + "/trace.log";
+    const std::string trace = dir_ / "trace.log";
     CdDBConnection_PG c;
     c.SetTraceFile(trace.c_str());
     ASSERT_EQ(Connect(c, 5), 0);
-    EXPECT_EQ(c.GetTimeout(), 5);
-    auto setting = [&c]() {
-        if (c.Exec("select current_setting('statement_timeout')") != 0) return std::string("?");
-        char* value = nullptr;
-        c.GetValue(&value, 0, nullptr);
-        std::string text = value ? value : "";
-        std::free(value);
-        return text;
-    };
-    EXPECT_EQ(setting(), "5s");
+    const char* setting = "select current_setting('statement_timeout')";
+    EXPECT_EQ(Select(c, setting), "'5s':2");
     c.SetTimeout(2);
-    EXPECT_EQ(setting(), "2s");
+    EXPECT_EQ(Select(c, setting), "'2s':2");
     c.SetTimeout(-1);  // stands for the time-out given to Connect
-    EXPECT_EQ(setting(), "5s");
+    EXPECT_EQ(Select(c, setting), "'5s':2");
     c.SetTimeout(3);
     c.ResetTimeout();
     EXPECT_EQ(c.GetTimeout(), 5);
@@ -400,11 +362,7 @@ TEST_F(CdDBConnectionTest, StatementTimeoutIsAppliedAndCancels) {
     d.SetTimeout(1);
     ASSERT_EQ(d.Exec("select 1"), 0);
     d.SetTimeout(-1);
-    ASSERT_EQ(d.Exec("select current_setting('statement_timeout')"), 0);
-    char* value = nullptr;
-    ASSERT_EQ(d.GetValue(&value, 0, nullptr), 0);
-    EXPECT_STREQ(value, "0");
-    std::free(value);
+    EXPECT_EQ(Select(d, setting), "'0':2");
 
     // A cancelled plain select and a cancelled other statement differ.
     ASSERT_EQ(d.SetTransactional(false), 0);
@@ -456,19 +414,10 @@ TEST_F(CdDBConnectionTest, RefusedConnectsEndAtOnce) {
         << c.GetErrorMessage();
 
     // A closed port: refused, likewise not retried.
-    int fd = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in addr{};
-    addr.sin_family = AF_INET;
-    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t len = sizeof addr;
-    ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr), 0);
-    ASSERT_EQ(getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len), 0);
-    const std::string closedPort = std::to_string(ntohs(addr.sin_port));  // bound, not listening
     const PgCluster& pg = TestCluster();
     EXPECT_EQ(c.Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), kDb,
-                        closedPort.c_str(), -1),
+                        testsupport::ClosedPort().c_str(), -1),
               -1001);
-    close(fd);
     EXPECT_TRUE(g_sleeps.empty());
     EXPECT_EQ(std::string(c.GetErrorMessage()).rfind("[]:", 0), 0u);
     EXPECT_EQ(c.Connect(nullptr, "x", "h", "d", nullptr, -1), -1099);

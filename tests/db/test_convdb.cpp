@@ -10,68 +10,25 @@
 #include <tuple>
 #include <vector>
 
-#include "MakeConvEToKiv/convcom/ConvApp.h"
+#include "ClusterRun.h"
 #include "MakeConvEToKiv/convcom/ConvDBEntry.h"
 #include "MakeConvEToKiv/convcom/ConvDBRead.h"
-#include "PgCluster.h"
-#include "TestSupport.h"
 #include "base/NUNVList.h"
-#include "database/CdDBConnection.h"
 
 using namespace testsupport;
 
 namespace {
 
-const char* const kDb = "convdb_test";
-
-// The application with both of its connections on the test database.
-class ClusterApp : public ConvApp {
-public:
-    using ConvApp::ConvApp;
-    int32_t OpenDatabases() override {
-        int32_t ret = CreateConnections();
-        if (ret != 0) return ret;
-        const PgCluster& pg = TestCluster();
-        for (CdDBConnection* c : {entConnection_.get(), kivConnection_.get()}) {
-            ret =
-                c->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), kDb, pg.PortText().c_str(), -1);
-            if (ret != 0) return ret;
-        }
-        return 0;
-    }
-};
-
-class ConvDBTest : public ::testing::Test {
+class ConvDBTest : public ClusterRunTest {
 protected:
     ConvDBTest()
-        : args_(RunArgs(dir_.Path(), "create", TestCluster().PortText())), app_(args_.Argc(), args_.Argv(), "sch") {}
+        : ClusterRunTest("convdb_test",
+                         "CREATE TABLE t_item (SID_CORPORATE int NOT NULL, id int PRIMARY KEY, name varchar(20),"
+                         " memo text, note text DEFAULT 'dflt', amount numeric, flag smallint);") {}
 
-    void SetUp() override {
-        MakeDirs(dir_ / "conv/log");
-        std::string error;
-        ASSERT_TRUE(TestCluster().CreateDatabase(kDb, &error)) << error;
-        Sql("CREATE TABLE t_item (SID_CORPORATE int NOT NULL, id int PRIMARY KEY, name varchar(20),"
-            " memo text, note text DEFAULT 'dflt', amount numeric, flag smallint);");
-        ASSERT_EQ(app_.Init("label"), 0);
-        kiv_ = app_.KivConnection();
-    }
-    void TearDown() override { app_.End(); }
-
-    void Sql(const std::string& sql) {
-        std::string error;
-        ASSERT_TRUE(TestCluster().Exec(kDb, sql, &error)) << error;
-    }
-    std::string Value(const std::string& sql) { return TestCluster().QueryValue(kDb, sql).value_or("<null>"); }
-
-    // User log lines without their stamps.
-    std::vector<std::string> UserLog() const {
-        std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/log/sch.log"))) out.push_back(StripStamp(line));
-        return out;
-    }
-    bool UserLogHas(const std::string& line) const {
+    bool UserLogHasStart(const std::string& start) const {
         const std::vector<std::string> log = UserLog();
-        return std::find(log.begin(), log.end(), line) != log.end();
+        return std::any_of(log.begin(), log.end(), [&](const std::string& l) { return l.rfind(start, 0) == 0; });
     }
     bool TraceHas(const std::string& part) const {
         const TraceLog log = ReadTrace(app_.TracePath());
@@ -85,11 +42,14 @@ protected:
         for (const auto& [name, value, type] : items) AddColumn(name, value, type, row);
         return row;
     }
-
-    TempDir dir_;
-    Args args_;
-    ClusterApp app_;
-    CdDBConnection* kiv_ = nullptr;
+    // A row as "name=value:type" items, "name:type" for NULL.
+    static std::string Text(const ConvRow& row) {
+        std::string out;
+        for (const auto& item : row)
+            out += (out.empty() ? "" : " ") + item->name + (item->HasValue() ? "=" + *item->value : "") + ":" +
+                   std::to_string(item->type);
+        return out;
+    }
 };
 
 TEST_F(ConvDBTest, DuplicateKeyRowIsSkippedAndTheNextRowGoesIn) {
@@ -144,11 +104,9 @@ TEST_F(ConvDBTest, ContinueRuleFollowsTransactionAndPhase) {
     EXPECT_EQ(db.Exec(undefinedColumn), -1017);
     app_.SetAbortInTransaction(false);
     EXPECT_EQ(db.Exec("INSERT INTO t_item VALUS (1)"), -1016);
-    const std::vector<std::string> log = UserLog();
     // The server's text follows, over several lines.
-    const std::string syntax =
-        "[ERR] t_item データベースエラーが発生したため処理を中断しました。(err[-1016] status[170] msg[[42601]:ERROR:";
-    EXPECT_TRUE(std::any_of(log.begin(), log.end(), [&](const std::string& l) { return l.rfind(syntax, 0) == 0; }));
+    EXPECT_TRUE(UserLogHasStart(
+        "[ERR] t_item データベースエラーが発生したため処理を中断しました。(err[-1016] status[170] msg[[42601]:ERROR:"));
 
     EXPECT_EQ(db.Exec(nullptr), -1099);
     EXPECT_EQ(db.Exec(""), -1099);
@@ -227,22 +185,11 @@ TEST_F(ConvDBTest, ReaderKeepsNullApartFromEmptyText) {
     ConvDBRead reader(&app_, app_.EntConnection());
     ASSERT_EQ(reader.OpenQuery("select id, name, memo, amount from r order by id"), 0);
 
+    // Integers and varchar are quoted literals on the way out.
     ASSERT_EQ(reader.Fetch(), 1);
-    const ConvRow& row = reader.Row();
-    ASSERT_EQ(row.size(), 4u);
-    EXPECT_EQ(row[0]->name, "id");
-    EXPECT_EQ(row[0]->type, 0u);  // integers are quoted literals on the way out
-    EXPECT_FALSE(row[1]->HasValue());
-    EXPECT_EQ(row[1]->type, 0u);
-    ASSERT_TRUE(row[2]->HasValue());
-    EXPECT_EQ(*row[2]->value, "");
-    EXPECT_EQ(row[2]->type, 2u);
-    EXPECT_EQ(FindColumn(row, "AMOUNT"), std::string("3.50"));
-    EXPECT_EQ(row[3]->type, 1u);
-
+    EXPECT_EQ(Text(reader.Row()), "id=1:0 name:0 memo=:2 amount=3.50:1");
     ASSERT_EQ(reader.Fetch(), 1);
-    EXPECT_EQ(FindColumn(reader.Row(), "name"), std::string("b"));
-    EXPECT_EQ(FindColumn(reader.Row(), "memo"), nullptr);
+    EXPECT_EQ(Text(reader.Row()), "id=2:0 name=b:0 memo:2 amount:1");
     EXPECT_EQ(reader.Fetch(), 0);
     EXPECT_TRUE(reader.Row().empty());
     EXPECT_EQ(reader.Fetch(), 0);
@@ -269,11 +216,7 @@ TEST_F(ConvDBTest, CutToLengthCutsOnCharacterBoundaryAndWarns) {
         UserLogHas("[WARN] t_item [id=7] [name]の値が桁数オーバーとなるため、[5]文字でカットして登録しました。"));
 
     // A four-byte character counts two and is not split.
-    EXPECT_EQ(db.CutToLength("name",
-                             "a\xF0\xA0\x80\x8B"
-                             "b",
-                             2, out),
-              0);
+    EXPECT_EQ(db.CutToLength("name", "a\xF0\xA0\x80\x8B" "b", 2, out), 0);
     EXPECT_EQ(out, "a");
 
     const size_t before = UserLog().size();
@@ -287,19 +230,19 @@ TEST_F(ConvDBTest, MakeUniqueFileNameNumbersRepeatedNames) {
     db.SetTitle("TT_ATTACH");
     NUNVList used, seen;
     used.AddText("a(2).txt", "5");
-    std::string out;
-    EXPECT_EQ(db.MakeUniqueFileName("a.txt", 255, out, used, seen), 0);
-    EXPECT_EQ(out, "a.txt");
-    EXPECT_EQ(db.MakeUniqueFileName("a.txt", 255, out, used, seen), 0);
-    EXPECT_EQ(out, "a(1).txt");
-    EXPECT_EQ(db.MakeUniqueFileName("a.txt", 255, out, used, seen), 0);
-    EXPECT_EQ(out, "a(3).txt");  // a(2).txt is taken
+    auto unique = [&](const char* name, std::size_t limit) {
+        std::string out;
+        EXPECT_EQ(db.MakeUniqueFileName(name, limit, out, used, seen), 0);
+        return out;
+    };
+    EXPECT_EQ(unique("a.txt", 255), "a.txt");
+    EXPECT_EQ(unique("a.txt", 255), "a(1).txt");
+    EXPECT_EQ(unique("a.txt", 255), "a(3).txt");  // a(2).txt is taken
     EXPECT_TRUE(UserLogHas("[WARN] TT_ATTACH ファイル名が重複するため、変更して登録しました。 [a.txt]->[a(3).txt]"));
 
     // The extension survives a cut; stem and number give way.
-    EXPECT_EQ(db.MakeUniqueFileName("報告書類.pdf", 7, out, used, seen), 0);
-    EXPECT_EQ(db.MakeUniqueFileName("報告書類.pdf", 7, out, used, seen), 0);
-    EXPECT_EQ(out, "報告書.pdf");
+    EXPECT_EQ(unique("報告書類.pdf", 7), "報告書類.pdf");
+    EXPECT_EQ(unique("報告書類.pdf", 7), "報告書.pdf");
 }
 
 TEST_F(ConvDBTest, ScriptFileRunsLinesAndStopsAtFailure) {
@@ -314,11 +257,7 @@ TEST_F(ConvDBTest, ScriptFileRunsLinesAndStopsAtFailure) {
     EXPECT_EQ(Value("SELECT count(*) FROM t_item"), "2");
     EXPECT_EQ(db.ExecScriptFile("broken"), -1016);
     EXPECT_EQ(Value("SELECT count(*) FROM t_item"), "1");
-    const std::vector<std::string> log = UserLog();
-    EXPECT_TRUE(std::any_of(log.begin(), log.end(), [](const std::string& l) {
-        return l.rfind("[ERR] ファイルからのSQL発行に失敗しました。 sql[DELET FROM t_item] (err[-1016] status[170]",
-                       0) == 0;
-    }));
+    EXPECT_TRUE(UserLogHasStart("[ERR] ファイルからのSQL発行に失敗しました。 sql[DELET FROM t_item] (err[-1016] status[170]"));
     EXPECT_EQ(db.ExecScriptFile("missing"), -1021);
 
     // The report of a long failing line is cut as a whole at 1023 bytes, and a
@@ -334,14 +273,11 @@ TEST_F(ConvDBTest, ScriptFileRunsLinesAndStopsAtFailure) {
 TEST_F(ConvDBTest, NormalizeCreateUpdateTimesShiftsToUtc) {
     ConvRow one = Row({{"cretime", "20240301085959", 0}});
     EXPECT_EQ(NormalizeCreateUpdateTimes(one, "cretime", "updtime"), 0);
-    EXPECT_EQ(FindColumn(one, "cretime"), std::string("20240229235959"));
-    EXPECT_EQ(FindColumn(one, "updtime"), std::string("20240229235959"));
+    EXPECT_EQ(Text(one), "cretime=20240229235959:0 updtime=20240229235959:0");
 
     ConvRow both = Row({{"cretime", "20230101090000", 0}, {"UPDTIME", "20231231235959", 0}});
     EXPECT_EQ(NormalizeCreateUpdateTimes(both, "cretime", "updtime"), 0);
-    EXPECT_EQ(FindColumn(both, "cretime"), std::string("20230101000000"));
-    EXPECT_EQ(FindColumn(both, "updtime"), std::string("20231231145959"));
-    EXPECT_EQ(both.size(), 2u);
+    EXPECT_EQ(Text(both), "cretime=20230101000000:0 UPDTIME=20231231145959:0");
 
     ConvRow none = Row({{"cretime", "", 0}});
     EXPECT_EQ(NormalizeCreateUpdateTimes(none, "cretime", "updtime"), 0);
@@ -357,14 +293,12 @@ TEST_F(ConvDBTest, RowHelpersAndKeyTexts) {
     ConvRow row = Row({{"Name", "a", 0}, {"name", "b", 1}});
     EXPECT_EQ(FindColumn(row, "NAME"), std::string("a"));
     SetColumn("name", "c", 1, row);  // the item of that name and type
-    EXPECT_EQ(*row[1]->value, "c");
     SetColumn("name", "d", 2, row);  // no item of that type: appended
-    EXPECT_EQ(row.size(), 3u);
+    EXPECT_EQ(Text(row), "Name=a:0 name=c:1 name=d:2");
 
     ConvRow stopped;
     EXPECT_EQ(AddCorporateColumn(Row({{"id", "3", 1}, {"x", nullptr, 0}, {"y", "1", 0}}), stopped), -1109);
-    ASSERT_EQ(stopped.size(), 2u);
-    EXPECT_EQ(stopped[0]->name + "=" + *stopped[0]->value, "sid_corporate=1");
+    EXPECT_EQ(Text(stopped), "sid_corporate=1:1 id=3:1");
 
     // Keys are ordered by their bytes; row keys are looked up without regard to case.
     ConvDB db(&app_, kiv_);
