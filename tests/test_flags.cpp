@@ -40,11 +40,7 @@ std::unique_ptr<CS3FlgStr> Make() {
 #define FLAG(T) #T, Make<T>
 
 // Every flag and what Clear installs ("" for none).
-const struct {
-    const char* name;
-    Factory make;
-    const char* dflt;
-} kDefaults[] = {
+const struct { const char* name; Factory make; const char* dflt; } kDefaults[] = {
     {FLAG(CS3EditFlg), "1"},           {FLAG(CS3MailUseFlg), "1"},         {FLAG(CS3LoginFlg), "0"},
     {FLAG(CS3InspectFlg), "0"},        {FLAG(CS3LevelFlg), "0"},           {FLAG(CS3AccessKindFlg), "1"},
     {FLAG(CS3CKindFlg), ""},           {FLAG(CS3SchDelDateFlg), ""},       {FLAG(CS3SchIconDispFlg), "1"},
@@ -65,14 +61,7 @@ const struct {
 };
 
 // One SetStr after prior (null: straight after construction): result and what stays.
-const struct {
-    const char* name;
-    Factory make;
-    const char* prior;
-    const char* input;
-    int ret;
-    const char* stored;
-} kSetCases[] = {
+const struct { const char *name; Factory make; const char *prior, *input; int ret; const char* stored; } kSetCases[] = {
     // Strict: one of the set; empty and anything else reset to the default.
     {FLAG(CS3EditFlg), "0", "0 \t", 0, "0"},  // trailing blanks trimmed
     {FLAG(CS3EditFlg), "0", "2", -10007, "1"},
@@ -195,17 +184,15 @@ TEST_F(FlagTest, Readers) {
     }
 
     CS3CKindFlg kind;
-    kind.SetStr("E");
-    EXPECT_TRUE(kind.IsKindBE());
-    EXPECT_FALSE(kind.IsKindBD());
-    kind.SetStr("d");
-    EXPECT_FALSE(kind.IsKindBE());
-    EXPECT_TRUE(kind.IsKindBD());
+    for (const char* letter : {"E", "d"}) {
+        kind.SetStr(letter);
+        EXPECT_EQ(kind.IsKindBE(), *letter == 'E') << letter;
+        EXPECT_EQ(kind.IsKindBD(), *letter == 'd') << letter;
+    }
 
     CXioSubWindowFlg window;
     EXPECT_EQ(window.GetFirstDigit(), -1);
     window.Clear();
     EXPECT_EQ(window.GetFirstDigit(), 2);
     EXPECT_EQ(window.GetSecondDigit(), 1);
-
 }

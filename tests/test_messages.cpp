@@ -1,20 +1,20 @@
 // Tests of the localisation: message files, lookups, the calendar formatting
 // with the language's week names, and numbered messages.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
+#include <memory>
 #include <string>
 
 #include "MakeConvLib/cmsbase/CMSioObjApp.h"
 #include "MakeConvLib/iofcom/CMSioObjLocalize.h"
 #include "MakeConvLib/iofcom/CMSioObjMsg.h"
 #include "MakeConvLib/iofcom/Zi18nLang.h"
-
-namespace fs = std::filesystem;
+#include "TestSupport.h"
 
 namespace {
 
@@ -22,35 +22,25 @@ namespace {
 class MessagesTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/messagesXXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        root = pattern;
-        dir = root + "/local/ja_JP/";
-        fs::create_directories(dir);
+        std::filesystem::create_directories(dir);
         ASSERT_EQ(CreateSettings(), 0);
-        ASSERT_EQ(LoadSettings(root.c_str()), 0);
+        ASSERT_EQ(LoadSettings(temp.Path().c_str()), 0);
     }
-    void TearDown() override {
-        ReleaseSettings();
-        fs::remove_all(root);
-    }
-    void Write(const std::string& name, const std::string& text) { std::ofstream(dir + name) << text; }
+    void TearDown() override { ReleaseSettings(); }
+    void Write(const std::string& name, const std::string& text) { testsupport::WriteFile(dir + name, text); }
     // Uses the message files that ship with the project.
     void UseShippedTarget() {
         ReleaseSettings();
         ASSERT_EQ(CreateSettings(), 0);
         ASSERT_EQ(LoadSettings((std::string(CONV_SOURCE_DIR) + "/examples/target").c_str()), 0);
-        ASSERT_EQ(LoadMessageFile("com"), 0);
-        ASSERT_EQ(LoadMessageFile("com_locale"), 0);
-        ASSERT_EQ(LoadMessageFile("sch"), 0);
+        for (const char* name : {"com", "com_locale", "sch"}) ASSERT_EQ(LoadMessageFile(name), 0) << name;
     }
 
-    std::string root;
-    std::string dir;
+    testsupport::TempDir temp;
+    std::string dir = temp.Path() + "/local/ja_JP/";
 };
 
-struct tm Record(int year, int month, int day, int hour = 0, int minute = 0, int second = 0,
-                 int weekday = 0) {
+struct tm Record(int year, int month, int day, int hour = 0, int minute = 0, int second = 0, int weekday = 0) {
     struct tm record{};
     record.tm_year = year - 1900;
     record.tm_mon = month - 1;
@@ -62,7 +52,15 @@ struct tm Record(int year, int month, int day, int hour = 0, int minute = 0, int
     return record;
 }
 
-TEST_F(MessagesTest, FilesAreReadOnceAndMayBeMissing) {
+// A heap buffer of exactly size bytes (room for fill at least) that holds fill.
+std::unique_ptr<char[]> Buffer(int size, const char* fill) {
+    const std::size_t bytes = std::max<std::size_t>(size, std::strlen(fill) + 1);
+    std::unique_ptr<char[]> buffer(new char[bytes]);
+    std::snprintf(buffer.get(), bytes, "%s", fill);
+    return buffer;
+}
+
+TEST_F(MessagesTest, FilesAreReadOnceAndMayBeMissingButNotBroken) {
     Write("com", "comfromto=～\nkey=first\n");
     EXPECT_EQ(LoadMessageFile("com"), 0);
     EXPECT_STREQ(GetLocalText("comfromto"), "～");
@@ -74,19 +72,16 @@ TEST_F(MessagesTest, FilesAreReadOnceAndMayBeMissing) {
     EXPECT_EQ(GetLocalText("comweekmon"), nullptr);
     EXPECT_EQ(GetLocalText(nullptr), nullptr);
     EXPECT_EQ(LoadMessageFile(nullptr), -99);
+    std::filesystem::create_symlink("sch", dir + "sch");  // a loop: fails for root as well
+    EXPECT_EQ(LoadMessageFile("sch"), -30000);
+    EXPECT_NE(std::string(GetErrorDetail()), "");
+    EXPECT_EQ(LoadMessageFile("sch"), 0);  // counted as read: not tried again
 
     ReleaseSettings();
     EXPECT_EQ(LoadMessageFile("com"), -99);
     EXPECT_EQ(SetLanguage("ja_JP"), -99);
     EXPECT_EQ(GetLocalText("comfromto"), nullptr);
     EXPECT_STREQ(GetLanguageName(), "ja_JP");
-}
-
-TEST_F(MessagesTest, FileThatCannotBeReadFails) {
-    fs::create_symlink("sch", dir + "sch");  // a loop: fails for root as well
-    EXPECT_EQ(LoadMessageFile("sch"), -30000);
-    EXPECT_NE(std::string(GetErrorDetail()), "");
-    EXPECT_EQ(LoadMessageFile("sch"), 0);  // counted as read: not tried again
 }
 
 TEST_F(MessagesTest, LanguageSelection) {
@@ -105,10 +100,9 @@ TEST_F(MessagesTest, ShippedFilesHaveEveryFormatAndWeekName) {
     UseShippedTarget();
     Zi18nLang* lang = GetSettingsObject()->GetLanguage();
     ASSERT_NE(lang, nullptr);
-    for (const char* format :
-         {lang->GetDateFormatShort(), lang->GetDateFormat(), lang->GetMonthDayFormat(),
-          lang->GetTimeFormat(), lang->GetMonthDayTimeFormat(), lang->GetDateWeekFormat(),
-          lang->GetDateWeekTimeFormat()}) {
+    for (const char* format : {lang->GetDateFormatShort(), lang->GetDateFormat(), lang->GetMonthDayFormat(),
+                               lang->GetTimeFormat(), lang->GetMonthDayTimeFormat(), lang->GetDateWeekFormat(),
+                               lang->GetDateWeekTimeFormat()}) {
         ASSERT_NE(format, nullptr);
         char out[128];
         FormatDateTimeLocal(format, "20040105093000", out, sizeof out);
@@ -140,8 +134,8 @@ TEST_F(MessagesTest, FormatCalendar) {
     EXPECT_EQ(FormatCalendar(out, sizeof out, "%Y/%m/%d %H:%M:%S(%a)", Record(2004, 1, 5, 23, 59, 59, 1)), 0);
     EXPECT_STREQ(out, "2004/01/05 23:59:59(Mon)");
 
-    const struct tm bad[] = {Record(2004, 13, 5), Record(2004, 0, 5), Record(2004, 1, 0),
-                             Record(2004, 1, 32), Record(1899, 1, 1), Record(2004, 1, 5, 24),
+    const struct tm bad[] = {Record(2004, 13, 5), Record(2004, 0, 5),        Record(2004, 1, 0),
+                             Record(2004, 1, 32), Record(1899, 1, 1),        Record(2004, 1, 5, 24),
                              Record(2004, 1, 5, 0, 60), Record(2004, 1, 5, 0, 0, 60)};
     for (const struct tm& record : bad) {
         std::snprintf(out, sizeof out, "old");
@@ -161,31 +155,21 @@ TEST_F(MessagesTest, ReplaceWeekNames) {
     EXPECT_STREQ(unnamed, "(Mon)");  // no text for the day: stays
 
     UseShippedTarget();
-    struct Case {
-        const char* in;
-        const char* out;
+    const struct { const char* in; int size; const char* out; } cases[] = {
+        {"2004/01/05(Mon)", 64, "2004/01/05(月)"},
+        {"Monday, 5", 64, "月曜日, 5"},
+        {"Mon Sun", 64, "Mon 日"},  // tried in the order Sunday to Saturday
+        {"Tue Tue", 64, "火 Tue"},  // one replacement at most
+        {"Sundae", 64, "日dae"},
+        {"no week", 64, "no week"},
+        {"(Mon)", 6, "(月)"},        // "(月)" needs 6 bytes with its terminator
+        {"Sunday", 7, "Sunday"},    // "日曜日" needs 10
     };
-    const Case cases[] = {
-        {"2004/01/05(Mon)", "2004/01/05(月)"},
-        {"Monday, 5", "月曜日, 5"},
-        {"Mon Sun", "Mon 日"},            // tried in the order Sunday to Saturday
-        {"Tue Tue", "火 Tue"},            // one replacement at most
-        {"Sundae", "日dae"},
-        {"no week", "no week"},
-    };
-    for (const Case& c : cases) {
-        char text[64];
-        std::snprintf(text, sizeof text, "%s", c.in);
-        ReplaceWeekNames(text, sizeof text);
-        EXPECT_STREQ(text, c.out) << c.in;
+    for (const auto& c : cases) {
+        auto text = Buffer(c.size, c.in);
+        ReplaceWeekNames(text.get(), c.size);
+        EXPECT_STREQ(text.get(), c.out) << c.in << " in " << c.size;
     }
-
-    char tight[6] = "(Mon)";  // "(月)" needs 6 bytes with its terminator
-    ReplaceWeekNames(tight, 6);
-    EXPECT_STREQ(tight, "(月)");
-    char tooTight[7] = "Sunday";  // "日曜日" needs 10
-    ReplaceWeekNames(tooTight, sizeof tooTight);
-    EXPECT_STREQ(tooTight, "Sunday");
 
     std::string longTail = "Mon" + std::string(4096, 'x');
     std::string buffer = longTail + std::string(16, '\0');
@@ -195,30 +179,25 @@ TEST_F(MessagesTest, ReplaceWeekNames) {
 
 TEST_F(MessagesTest, FormatDateTimeLocal) {
     UseShippedTarget();
-    char out[64];
-    FormatDateTimeLocal("%Y/%m/%d(%a) %H:%M:%S", "20040105093015", out, sizeof out);
-    EXPECT_STREQ(out, "2004/01/05(月) 09:30:15");
-    FormatDateLocal("%Y/%m/%d %H:%M %A", "20040111093015", out, sizeof out);
-    EXPECT_STREQ(out, "2004/01/11 00:00 日曜日");
-    FormatDateTimeByKey("comztimeymdwhm", "20040106120000", out, sizeof out);
-    EXPECT_STREQ(out, "2004/01/06(火) 12:00");
-    FormatDateByKey("nosuchkey", "20040106", out, sizeof out);
-    EXPECT_STREQ(out, "");
-
-    FormatDateTimeLocal("%Y", "", out, sizeof out);
-    EXPECT_STREQ(out, "");
-    FormatDateTimeLocal(nullptr, "20040105", out, sizeof out);
-    EXPECT_STREQ(out, "20040105");
-    FormatDateTimeLocal("%Y/%m", "20041305000000", out, sizeof out);
-    EXPECT_STREQ(out, "20041305000000");  // month 13: the date stands
-    FormatDateTimeLocal("%Y/%m", "2004", out, sizeof out);
-    EXPECT_STREQ(out, "2004");
-    char small[5];
-    FormatDateTimeLocal("%Y/%m", "20041305000000", small, sizeof small);
-    EXPECT_STREQ(small, "2004");
-    std::snprintf(out, sizeof out, "kept");
-    FormatDateTimeLocal("%Y", "20040105", out, 0);
-    EXPECT_STREQ(out, "kept");
+    using Formatter = void (*)(const char*, const char*, char*, int);
+    // pattern: the format, or for the ByKey forms the key of one.
+    const struct { Formatter format; const char *pattern, *date; int size; const char* out; } cases[] = {
+        {FormatDateTimeLocal, "%Y/%m/%d(%a) %H:%M:%S", "20040105093015", 64, "2004/01/05(月) 09:30:15"},
+        {FormatDateLocal, "%Y/%m/%d %H:%M %A", "20040111093015", 64, "2004/01/11 00:00 日曜日"},
+        {FormatDateTimeByKey, "comztimeymdwhm", "20040106120000", 64, "2004/01/06(火) 12:00"},
+        {FormatDateByKey, "nosuchkey", "20040106", 64, ""},
+        {FormatDateTimeLocal, "%Y", "", 64, ""},
+        {FormatDateTimeLocal, nullptr, "20040105", 64, "20040105"},
+        {FormatDateTimeLocal, "%Y/%m", "20041305000000", 64, "20041305000000"},  // month 13: the date stands
+        {FormatDateTimeLocal, "%Y/%m", "2004", 64, "2004"},
+        {FormatDateTimeLocal, "%Y/%m", "20041305000000", 5, "2004"},
+        {FormatDateTimeLocal, "%Y", "20040105", 0, "kept"},
+    };
+    for (const auto& c : cases) {
+        auto out = Buffer(c.size, "kept");
+        c.format(c.pattern, c.date, out.get(), c.size);
+        EXPECT_STREQ(out.get(), c.out) << (c.pattern ? c.pattern : "(null)") << " " << c.date << " in " << c.size;
+    }
 }
 
 TEST_F(MessagesTest, MessageTextByCode) {
@@ -230,7 +209,6 @@ TEST_F(MessagesTest, MessageTextByCode) {
     EXPECT_EQ(severity, '\0');
     EXPECT_STREQ(MessageTextByCode(102, &severity), "W:");  // two characters: taken whole
     EXPECT_STREQ(MessageTextByCode(-999, nullptr), "-999");
-    EXPECT_STREQ(GetLanguageName(), "ja_JP");
 
     SetLastErrorByCode(100, "[detail]");
     EXPECT_STREQ(GetLastErrorText(), "abc[detail]");

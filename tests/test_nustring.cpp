@@ -21,10 +21,16 @@ std::string CutBytes(std::string text, int position, bool clamp) {
     return text.c_str();
 }
 
-std::string CutChars(std::string text, int count, bool wideAsOne, bool* cut = nullptr) {
-    const bool result = comUtf8CutChars(text.data(), count, wideAsOne);
-    if (cut) *cut = result;
+std::string CutChars(std::string text, int count, bool wideAsOne, bool* cut) {
+    *cut = comUtf8CutChars(text.data(), count, wideAsOne);
     return text.c_str();
+}
+
+// A setter's code and the text it left in the string, judged together.
+::testing::AssertionResult Left(int ret, const NUString& text, int wantRet, const std::string& wantText) {
+    if (ret == wantRet && text.GetStr() == wantText) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "code " << ret << " text \"" << text.GetStr() << "\", wanted " << wantRet
+                                         << " \"" << wantText << "\"";
 }
 
 void FakeClock(timespec* now) { *now = {1388502000, 0}; }  // 2014-01-01 00:00 at +0900
@@ -49,15 +55,15 @@ TEST(ComStr, TrimCompareAndNumeric) {
     EXPECT_FALSE(comIsNumeric(nullptr));
 }
 
-TEST(ComStr, Utf8CharLen) {
+// The lead byte decides the length; cutters never leave half a character.
+TEST(ComStr, Utf8Cutters) {
     const std::pair<unsigned, int> cases[] = {{0x7F, 1}, {0x80, -1}, {0xC1, -1}, {0xC2, 2}, {0xDF, 2},
                                               {0xE0, 3}, {0xEF, 3},  {0xF4, 4},  {0xF5, -1}, {0xF8, 5},
                                               {0xFB, 5}, {0xFD, 6},  {0xFE, -1}};
     for (const auto& [lead, len] : cases)
         EXPECT_EQ(comUtf8CharLen(static_cast<unsigned char>(lead)), len) << std::hex << lead;
-}
 
-TEST(ComStr, Utf8CutBytesNeverSplitsACharacter) {
+    // Cutting by bytes never splits a character.
     const std::string text = "a" + kA + kI;  // 7 bytes
     EXPECT_EQ(CutBytes(text, 2, false), "a");
     EXPECT_EQ(CutBytes(text, 3, false), "a");
@@ -72,23 +78,23 @@ TEST(ComStr, Utf8CutBytesNeverSplitsACharacter) {
     EXPECT_EQ(CutBytes(broken, 10, false), broken);
     EXPECT_EQ(CutBytes(broken, 10, true), "a");
     EXPECT_EQ(CutBytes("\x81\x82\x83x", 2, false), "");  // no lead byte at all
-}
 
-TEST(ComStr, Utf8CutCharsCountsWideAsTwo) {
-    const std::string text = "a" + kA + kWide + "b";  // 4 characters, weight 5
-    bool cut = false;
-    EXPECT_EQ(CutChars(text, 1, false, &cut), "a");
-    EXPECT_TRUE(cut);
-    EXPECT_EQ(CutChars(text, 3, false), "a" + kA);  // the wide one doesn't fit
-    EXPECT_EQ(CutChars(text, 3, true), "a" + kA + kWide);
-    EXPECT_EQ(CutChars(text, 5, false, &cut), text);
-    EXPECT_FALSE(cut);
-    EXPECT_EQ(CutChars(text, 4, true, &cut), text);
-    EXPECT_FALSE(cut);
-    EXPECT_EQ(CutChars(text, 0, false, &cut), "");
-    EXPECT_FALSE(cut);
-    EXPECT_EQ(CutChars("ab" + kA.substr(0, 2), 10, false, &cut), "ab");  // sequence past the end
-    EXPECT_TRUE(cut);
+    // Cutting by characters counts a four-byte one as two, unless told otherwise.
+    const std::string mixed = "a" + kA + kWide + "b";  // 4 characters, weight 5
+    const struct { std::string text; int count; bool wideAsOne; std::string expected; bool cut; } chars[] = {
+        {mixed, 1, false, "a", true},
+        {mixed, 3, false, "a" + kA, true},  // the wide one doesn't fit
+        {mixed, 3, true, "a" + kA + kWide, true},
+        {mixed, 5, false, mixed, false},
+        {mixed, 4, true, mixed, false},
+        {mixed, 0, false, "", false},
+        {"ab" + kA.substr(0, 2), 10, false, "ab", true},  // sequence past the end
+    };
+    for (const auto& c : chars) {
+        bool cut = !c.cut;
+        EXPECT_EQ(CutChars(c.text, c.count, c.wideAsOne, &cut), c.expected) << c.count;
+        EXPECT_EQ(cut, c.cut) << c.count;
+    }
 }
 
 TEST(NUString, SetAppendEditAndCompare) {
@@ -100,13 +106,11 @@ TEST(NUString, SetAppendEditAndCompare) {
     EXPECT_EQ(s.Compare(nullptr), 0);
     EXPECT_EQ(s.Append(nullptr), 0);
 
-    EXPECT_EQ(s.SetStrLen("abcdef", 3), 0);
-    EXPECT_STREQ(s.GetStr(), "abc");
+    EXPECT_TRUE(Left(s.SetStrLen("abcdef", 3), s, 0, "abc"));
     EXPECT_EQ(s.SetStr("hello"), 0);
     EXPECT_EQ(s.SetStr(s.GetStr() + 2), 0);  // from its own text
     EXPECT_EQ(s.Append(" world"), 0);
-    EXPECT_EQ(s.Append(s.GetStr()), 0);
-    EXPECT_STREQ(s.GetStr(), "llo worldllo world");
+    EXPECT_TRUE(Left(s.Append(s.GetStr()), s, 0, "llo worldllo world"));
 
     s.SetStr("a/b/c \t\n");
     s.ReplaceChar('/', '_');
@@ -145,32 +149,23 @@ TEST(NUString, CopiesAreIndependent) {
     NUDateStr d1;
     d1.SetStr("20040229");
     NUDateStr d2(d1);
-    EXPECT_EQ(d2.NextDay(), 0);
-    EXPECT_STREQ(d2.GetStr(), "20040301");
+    EXPECT_TRUE(Left(d2.NextDay(), d2, 0, "20040301"));
     EXPECT_STREQ(d1.GetStr(), "20040229");
 }
 
 TEST(NUString, CutBytesCharsAndCopyTo) {
     NUString s;
     const std::string text = "ab" + kA + kI;  // 8 bytes
-    EXPECT_EQ(s.SetCutBytes(text.c_str(), 4, nullptr), 0);
-    EXPECT_EQ(std::string(s.GetStr()), "ab");
-    EXPECT_EQ(s.SetCutBytes(text.c_str(), 6, ".."), 0);  // 4 bytes of room end inside "あ"
-    EXPECT_EQ(std::string(s.GetStr()), "ab..");
-    EXPECT_EQ(s.SetCutBytes(text.c_str(), 7, ".."), 0);
-    EXPECT_EQ(std::string(s.GetStr()), "ab" + kA + "..");
-    EXPECT_EQ(s.SetCutBytes(text.c_str(), 8, ".."), 0);
-    EXPECT_EQ(std::string(s.GetStr()), text);
+    EXPECT_TRUE(Left(s.SetCutBytes(text.c_str(), 4, nullptr), s, 0, "ab"));
+    EXPECT_TRUE(Left(s.SetCutBytes(text.c_str(), 6, ".."), s, 0, "ab.."));  // 4 bytes of room end inside "あ"
+    EXPECT_TRUE(Left(s.SetCutBytes(text.c_str(), 7, ".."), s, 0, "ab" + kA + ".."));
+    EXPECT_TRUE(Left(s.SetCutBytes(text.c_str(), 8, ".."), s, 0, text));
 
-    EXPECT_EQ(s.SetCutChars("abcdefg", 3, "..", false), 0);
-    EXPECT_STREQ(s.GetStr(), "a..");
-    EXPECT_EQ(s.SetCutChars("abc", 3, "..", false), 0);  // room for the suffix is kept
-    EXPECT_STREQ(s.GetStr(), "a..");
+    EXPECT_TRUE(Left(s.SetCutChars("abcdefg", 3, "..", false), s, 0, "a.."));
+    EXPECT_TRUE(Left(s.SetCutChars("abc", 3, "..", false), s, 0, "a.."));  // room for the suffix is kept
     const std::string wide = kWide + kWide + "c";
-    EXPECT_EQ(s.SetCutChars(wide.c_str(), 4, "..", false), 0);
-    EXPECT_EQ(std::string(s.GetStr()), kWide + "..");
-    EXPECT_EQ(s.SetCutChars(wide.c_str(), 4, "..", true), 0);
-    EXPECT_EQ(std::string(s.GetStr()), kWide + kWide + "..");
+    EXPECT_TRUE(Left(s.SetCutChars(wide.c_str(), 4, "..", false), s, 0, kWide + ".."));
+    EXPECT_TRUE(Left(s.SetCutChars(wide.c_str(), 4, "..", true), s, 0, kWide + kWide + ".."));
 
     char out[8] = "zzz";
     EXPECT_EQ(s.CopyTo(nullptr, 8), -1);
@@ -186,21 +181,15 @@ TEST(NUString, FixedIntIsBoundedAndValidated) {
     NUFixedInt n(5);
     EXPECT_EQ(n.SetStr("1234"), 0);
     const char* storage = n.GetStr();
-    EXPECT_EQ(n.SetStr("123456"), -30);  // too long: the old value stays
-    EXPECT_STREQ(n.GetStr(), "1234");
-    EXPECT_EQ(n.SetStr("123"), -31);
-    EXPECT_TRUE(n.IsEmpty());
+    EXPECT_TRUE(Left(n.SetStr("123456"), n, -30, "1234"));  // too long: the old value stays
+    EXPECT_TRUE(Left(n.SetStr("123"), n, -31, ""));
     EXPECT_EQ(n.SetStr("12a4"), -31);
     EXPECT_EQ(n.SetStr("9999"), 0);
     EXPECT_EQ(n.GetStr(), storage);  // one allocation, reused after Clear
 }
 
-TEST(NUString, DateAndDateTimeSetStr) {
-    const struct {
-        const char* input;
-        int rc;
-        const char* stored;
-    } dates[] = {
+TEST(NUString, DateAndDateTimeSetters) {
+    const struct { const char* input; int rc; const char* stored; } dates[] = {
         {"2001/2/3", 0, "20010203"}, {"2001-2-3", 0, "20010203"}, {"2001-02-30", -33, ""},
         {"abc", -32, ""},            {"20010229", -33, ""},       {"2001/2", -32, ""},
         {"200102031", -32, ""},      {"", 0, ""},                 {"2001/02/03/04", -32, ""},
@@ -208,8 +197,7 @@ TEST(NUString, DateAndDateTimeSetStr) {
     for (const auto& c : dates) {
         NUDateStr d;
         d.SetStr("19991231");
-        EXPECT_EQ(d.SetStr(c.input), c.rc) << c.input;
-        EXPECT_STREQ(d.GetStr(), c.stored) << c.input;
+        EXPECT_TRUE(Left(d.SetStr(c.input), d, c.rc, c.stored)) << c.input;
     }
 
     const std::pair<const char*, int> dateTimes[] = {
@@ -221,19 +209,14 @@ TEST(NUString, DateAndDateTimeSetStr) {
         EXPECT_EQ(t.SetStr(input), rc) << input;
         EXPECT_EQ(t.IsEmpty(), rc != 0) << input;
     }
-}
 
-TEST(NUString, DateSetYMD) {
     NUDateStr d;
-    EXPECT_EQ(d.SetYMD("2004", "2", "29"), 0);
-    EXPECT_STREQ(d.GetStr(), "20040229");
-    EXPECT_EQ(d.SetYMD(nullptr, "", nullptr), 0);  // all empty: unchanged
-    EXPECT_STREQ(d.GetStr(), "20040229");
+    EXPECT_TRUE(Left(d.SetYMD("2004", "2", "29"), d, 0, "20040229"));
+    EXPECT_TRUE(Left(d.SetYMD(nullptr, "", nullptr), d, 0, "20040229"));  // all empty: unchanged
     EXPECT_EQ(d.SetYMD("2004", "", "1"), -33);
     EXPECT_EQ(d.SetYMD("20040", "1", "1"), -30);
     EXPECT_EQ(d.SetYMD("2004", "1", "1a"), -33);
-    EXPECT_EQ(d.SetYMD("2003", "2", "29"), -33);
-    EXPECT_TRUE(d.IsEmpty());
+    EXPECT_TRUE(Left(d.SetYMD("2003", "2", "29"), d, -33, ""));
     NUDateTimeStr t;  // eight digits never make a date-time
     EXPECT_EQ(t.SetYMD("2004", "2", "29"), -31);
 }
@@ -252,17 +235,13 @@ TEST(NUString, DateGettersAndDaySteps) {
     ASSERT_EQ(d.SetStr("20041231"), 0);
     EXPECT_EQ(d.GetYear("19990817"), 2004);
     EXPECT_EQ(d.GetShortYear(), 4);
-    EXPECT_EQ(d.NextDay(), 0);
-    EXPECT_STREQ(d.GetStr(), "20050101");
-    EXPECT_EQ(d.PrevDay(), 0);
-    EXPECT_EQ(d.PrevDay(), 0);
-    EXPECT_STREQ(d.GetStr(), "20041230");
+    EXPECT_TRUE(Left(d.NextDay(), d, 0, "20050101"));
+    EXPECT_TRUE(Left(d.PrevDay(), d, 0, "20041231"));
 
     NUDateTimeStr t;
     ASSERT_EQ(t.SetStr("20040229235930"), 0);
     EXPECT_STREQ(t.GetTimePart(), "235930");
     EXPECT_EQ(t.GetHour(), 23);
     EXPECT_EQ(t.GetMinute(), 59);
-    EXPECT_EQ(t.NextDay(), 0);  // the time part is kept
-    EXPECT_STREQ(t.GetStr(), "20040301235930");
+    EXPECT_TRUE(Left(t.NextDay(), t, 0, "20040301235930"));  // the time part is kept
 }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/NUNVList.h"
@@ -11,24 +12,21 @@
 
 namespace {
 
-std::vector<std::string> Names(const NUNVList& list) {
-    std::vector<std::string> names;
+// Every name (names) or value of the list in order; "<null>" for none.
+std::vector<std::string> Column(const NUNVList& list, bool names) {
+    std::vector<std::string> out;
     for (int i = 0; i < list.GetCount(); ++i) {
-        const char* name = nullptr;
-        EXPECT_EQ(list.GetNameAt(i, &name), 0);
-        names.push_back(name ? name : "<null>");
+        const char* text = nullptr;
+        EXPECT_EQ(names ? list.GetNameAt(i, &text) : list.GetValueAt(i, &text), 0);
+        out.push_back(text ? text : "<null>");
     }
-    return names;
+    return out;
 }
+std::vector<std::string> Names(const NUNVList& list) { return Column(list, true); }
+std::vector<std::string> Values(const NUNVList& list) { return Column(list, false); }
 
-std::vector<std::string> Values(const NUNVList& list) {
-    std::vector<std::string> values;
-    for (int i = 0; i < list.GetCount(); ++i) {
-        const char* value = nullptr;
-        EXPECT_EQ(list.GetValueAt(i, &value), 0);
-        values.push_back(value ? value : "<null>");
-    }
-    return values;
+void Fill(NUNVList& list, std::initializer_list<std::pair<const char*, const char*>> entries) {
+    for (const auto& [name, value] : entries) ASSERT_EQ(list.AddText(name, value), 0) << name;
 }
 
 }  // namespace
@@ -36,26 +34,17 @@ std::vector<std::string> Values(const NUNVList& list) {
 TEST(NUNVListTest, GrowsByDoublingAndKeepsOrder) {
     NUNVList list;
     EXPECT_EQ(list.GetCapacity(), 128);
-    for (int i = 0; i < 129; ++i) {
-        std::string name = "n" + std::to_string(i);
-        ASSERT_EQ(list.AddText(name.c_str(), std::to_string(i).c_str()), 0);
-    }
+    std::vector<std::string> names;
+    for (int i = 0; i < 129; ++i) names.push_back("n" + std::to_string(i));
+    for (const std::string& name : names) ASSERT_EQ(list.AddText(name.c_str(), "v"), 0);
     EXPECT_EQ(list.GetCapacity(), 256);
-    EXPECT_EQ(list.GetCount(), 129);
-    auto names = Names(list);
-    EXPECT_EQ(names.front(), "n0");
-    EXPECT_EQ(names[127], "n127");
-    EXPECT_EQ(names.back(), "n128");
-
-    NUNVList small(0);
-    EXPECT_EQ(small.GetCapacity(), 128);
+    EXPECT_EQ(Names(list), names);
+    EXPECT_EQ(NUNVList(0).GetCapacity(), 128);
 }
 
 TEST(NUNVListTest, RepeatedNamesAndLookups) {
     NUNVList list;
-    list.AddText("a", "1");
-    list.AddText("abc", "2");
-    list.AddText("a", "3");
+    Fill(list, {{"a", "1"}, {"abc", "2"}, {"a", "3"}});
     const char* value = nullptr;
     EXPECT_EQ(list.FindExact("a", &value), 1);
     EXPECT_STREQ(value, "1");
@@ -74,8 +63,7 @@ TEST(NUNVListTest, RepeatedNamesAndLookups) {
 
 TEST(NUNVListTest, InsertAndDeleteKeepOrder) {
     NUNVList list;
-    list.AddText("b", "2");
-    list.AddText("d", "4");
+    Fill(list, {{"b", "2"}, {"d", "4"}});
     EXPECT_EQ(list.Insert("a", "1", 2, 0, false), 0);
     EXPECT_EQ(list.Insert("c", "3", 2, 2, false), 0);
     EXPECT_EQ(list.Insert("e", "5", 2, 4, false), 0);
@@ -120,16 +108,12 @@ TEST(NUNVListTest, ValueBlocksAndOwnership) {
 
 TEST(NUNVListTest, SortsByValue) {
     NUNVList list;
-    list.AddText("1", "beta");
-    list.AddText("2", "Alpha");
-    list.AddText("3", "alpha");
+    Fill(list, {{"1", "beta"}, {"2", "Alpha"}, {"3", "alpha"}});
     list.SortByName();
     EXPECT_EQ(Names(list), (std::vector<std::string>{"2", "3", "1"}));
 
     NUNVList numbers;
-    numbers.AddText("a", "10");
-    numbers.AddText("b", "9");
-    numbers.AddText("c", "-1");
+    Fill(numbers, {{"a", "10"}, {"b", "9"}, {"c", "-1"}});
     numbers.SortByNumber();
     EXPECT_EQ(Values(numbers), (std::vector<std::string>{"-1", "9", "10"}));
 }

@@ -2,14 +2,12 @@
 // modes, tag case folding and the load failures.
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
+#include "TestSupport.h"
 #include "base/NUNVList.h"
 #include "base/NUTemplateToOutput.h"
 
@@ -102,32 +100,15 @@ TEST(TemplateEscape, ByMode) {
     EXPECT_EQ(Expand("$memo$", {{"memo", "1\n  2", 2}}), "1<br>\n&nbsp; 2");
 }
 
-TEST(TemplateRange, ByLine) {
-    const char* text = "l1\nl2\nl3\nl4\n";
-    struct Case {
-        int first, last;
-        const char* want;
-    } cases[] = {
-        {2, 3, "l2\nl3\n"}, {3, 0, "l3\nl4\n"}, {0, 1, "l1\n"}, {3, 2, ""}, {4, 99, "l4\n"},
-    };
-    for (const Case& c : cases) {
-        NUTemplateToOutput tpl;
-        tpl.SetTemplateText(text, true);
-        tpl.SetFirstLine(c.first);
-        tpl.SetLastLine(c.last);
-        ASSERT_EQ(tpl.ExpandTemplate(), 0);
-        EXPECT_STREQ(tpl.GetResult(), c.want) << c.first << ".." << c.last;
-    }
-}
-
-TEST(TemplateRange, ByMark) {
+// Lines count from 1 (0: the first or the last); marks narrow the lines further.
+TEST(TemplateRange, ByLineAndMark) {
     const char* text = "head\n<!--S--> x\nbody $a$\n<!--E-->\ntail\n<!--S2-->\n";
-    struct Case {
-        const char* start;
-        const char* end;
-        int first, last;
-        const char* want;
-    } cases[] = {
+    const struct { const char *start, *end; int first, last; const char* want; } cases[] = {
+        {nullptr, nullptr, 2, 3, "<!--S--> x\nbody x\n"},
+        {nullptr, nullptr, 5, 0, "tail\n<!--S2-->\n"},
+        {nullptr, nullptr, 0, 1, "head\n"},
+        {nullptr, nullptr, 3, 2, ""},
+        {nullptr, nullptr, 6, 99, "<!--S2-->\n"},
         {"<!--S-->", "<!--E-->", 1, 0, "body x\n"},
         {"<!--S-->", nullptr, 1, 4, "body x\n<!--E-->\n"},
         {nullptr, "<!--E-->", 3, 0, "body x\n"},
@@ -137,7 +118,7 @@ TEST(TemplateRange, ByMark) {
         {"<!--X-->", "<!--E-->", 1, 0, "rc=-56"},
         {"x", nullptr, 1, 0, "rc=-56"},  // marks match at line starts only
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         NUTemplateToOutput tpl;
         tpl.SetTemplateText(text, true);
         ASSERT_EQ(tpl.AddParam("a", "x", 0), 0);
@@ -147,7 +128,7 @@ TEST(TemplateRange, ByMark) {
         tpl.SetLastLine(c.last);
         const int rc = tpl.ExpandTemplate();
         EXPECT_EQ(rc != 0 ? "rc=" + std::to_string(rc) : std::string(tpl.GetResult()), c.want)
-            << (c.start ? c.start : "-") << " " << (c.end ? c.end : "-");
+            << (c.start ? c.start : "-") << " " << (c.end ? c.end : "-") << " " << c.first << ".." << c.last;
     }
 }
 
@@ -172,17 +153,14 @@ TEST(TemplateBuffer, CollectsAcrossRunsAndKeepsParameters) {
 }
 
 TEST(TemplateCaseFold, FoldsTagAndAttributeNamesOnly) {
-    struct Case {
-        const char* in;
-        const char* want;
-    } cases[] = {
+    const struct { const char *in, *want; } cases[] = {
         {"<a href=\"x.html\">link</a>", "<A HREF=\"x.html\">link</A>"},
         {"<td class=left nowrap>cell</td>", "<TD CLASS=left NOWRAP>cell</TD>"},
         {"<img alt=\"a > b\" src=pic.gif>", "<IMG ALT=\"a > b\" SRC=pic.gif>"},
         {"<p title=\"日本\" lang=ja>日本語 text</p>", "<P TITLE=\"日本\" LANG=ja>日本語 text</P>"},
         {"1 < 2 and b", "1 < 2 AND B"},  // an unclosed "<" runs to the end
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         CapturingTemplate tpl;
         tpl.SetTemplateText(c.in, false);
         ASSERT_EQ(tpl.ExpandTemplate(), 0);
@@ -193,15 +171,9 @@ TEST(TemplateCaseFold, FoldsTagAndAttributeNamesOnly) {
 }
 
 TEST(TemplateFile, LoadsAndReportsReadFailures) {
-    const std::filesystem::path dir =
-        std::filesystem::temp_directory_path() / ("convtpl_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
-    const auto Write = [&dir](const char* name, const char* content) {
-        const std::string file = (dir / name).string();
-        std::ofstream(file, std::ios::binary) << content;
-        return file;
-    };
-    const std::string file = Write("t.html", "<div>$date$</div>\n");
+    testsupport::TempDir dir;
+    const std::string file = dir / "t.html";
+    testsupport::WriteFile(file, "<div>$date$</div>\n");
     NUTemplateToOutput tpl;
     EXPECT_EQ(tpl.ExpandTemplate(), kTplNoPath);
 
@@ -211,7 +183,7 @@ TEST(TemplateFile, LoadsAndReportsReadFailures) {
     EXPECT_STREQ(tpl.GetResult(), "<div>2001-02-03</div>\n");
 
     // The loaded text is kept until the next SetTemplate.
-    Write("t.html", "changed");
+    testsupport::WriteFile(file, "changed");
     tpl.ClearResult();
     ASSERT_EQ(tpl.ExpandTemplate(), 0);
     EXPECT_STREQ(tpl.GetResult(), "<div>2001-02-03</div>\n");
@@ -222,10 +194,11 @@ TEST(TemplateFile, LoadsAndReportsReadFailures) {
 
     ASSERT_EQ(tpl.SetTemplate((dir / "missing.html").c_str(), true), 0);
     EXPECT_EQ(tpl.ExpandTemplate(), kTplOpenFailed);
-    ASSERT_EQ(tpl.SetTemplate(dir.c_str(), true), 0);
+    ASSERT_EQ(tpl.SetTemplate(dir.Path().c_str(), true), 0);
     EXPECT_EQ(tpl.ExpandTemplate(), kTplReadFailed);
     // A sparse file: its size is checked before anything is read.
-    const std::string big = Write("big.html", "");
+    const std::string big = dir / "big.html";
+    testsupport::WriteFile(big, "");
     ASSERT_EQ(::truncate(big.c_str(), NUTemplateToOutput::kMaxTemplateBytes + 1), 0);
     ASSERT_EQ(tpl.SetTemplate(big.c_str(), true), 0);
     EXPECT_EQ(tpl.ExpandTemplate(), kTplTooLarge);
@@ -233,5 +206,4 @@ TEST(TemplateFile, LoadsAndReportsReadFailures) {
     const std::string longPath(NUTemplateToOutput::kPathSize, 'p');
     EXPECT_EQ(tpl.SetTemplate(longPath.c_str(), true), kTplBadArgument);
     EXPECT_EQ(tpl.ExpandTemplate(), kTplNoPath);
-    std::filesystem::remove_all(dir);
 }
