@@ -57,6 +57,7 @@ run() {
 run create
 echo "-- conv/sch.sts"; cat "$root/conv/sch.sts"
 echo "-- conv/log/sch.log"; cat "$root/conv/log/sch.log"
+echo "-- conv/log/sch_trace.log, decoded"; scripts/decode-trace "$root/conv/log/sch_trace.log"
 echo "-- rows in the working database"
 "${psql[@]}" -d convent -At -c "SELECT relname || ': ' || n_live_tup FROM pg_stat_user_tables WHERE n_live_tup > 0 ORDER BY relname"
 

@@ -15,6 +15,7 @@
 #include <sstream>
 
 #include "base/comClock.h"
+#include "base/comEncoding.h"
 
 namespace testsupport {
 
@@ -68,6 +69,14 @@ std::vector<std::string> RunArgs(const std::string& root, const std::string& mod
                                      "pw", root + "/target", "127.0.0.1", port, "kiv", "pw", "entdb", "kivdb"};
     if (withSqlLogDir) args.push_back(sqlLogDir);
     return args;
+}
+
+std::string Euc(const std::string& utf8) {
+    std::vector<char> jis(4 * utf8.size() + 4);
+    std::size_t n = comUtf8ToJis(utf8.c_str(), jis.data());
+    std::vector<char> euc(4 * n + 4);
+    comJisToEuc(jis.data(), euc.data());
+    return euc.data();
 }
 
 std::string ClosedPort() {

@@ -44,6 +44,9 @@ private:
 std::vector<std::string> RunArgs(const std::string& root, const std::string& mode, const std::string& port,
                                  bool withSqlLogDir = false, const std::string& sqlLogDir = "");
 
+// The EUC-JP bytes of a UTF-8 text, as the flat store keeps it.
+std::string Euc(const std::string& utf8);
+
 // A TCP port on 127.0.0.1 that nobody listens on.
 std::string ClosedPort();
 

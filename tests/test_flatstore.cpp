@@ -16,14 +16,6 @@ using namespace testsupport;
 
 namespace {
 
-std::string Euc(const std::string& utf8) {
-    std::vector<char> jis(4 * utf8.size() + 4);
-    std::size_t n = comUtf8ToJis(utf8.c_str(), jis.data());
-    std::vector<char> euc(4 * n + 4);
-    comJisToEuc(jis.data(), euc.data());
-    return euc.data();
-}
-
 // A record as "name=value:type" texts; null as (null), a list as [a|b].
 std::vector<std::string> Dump(const ConvRow* record) {
     std::vector<std::string> out;

@@ -14,14 +14,6 @@ using namespace testsupport;
 
 namespace {
 
-std::string Euc(const std::string& utf8) {
-    std::vector<char> jis(4 * utf8.size() + 4);
-    std::size_t n = comUtf8ToJis(utf8.c_str(), jis.data());
-    std::vector<char> euc(4 * n + 4);
-    comJisToEuc(jis.data(), euc.data());
-    return euc.data();
-}
-
 std::string Inspector() {
     std::string binary = CONVSCH_BINARY;
     return binary.substr(0, binary.rfind('/') + 1) + "convsch-inspect";

@@ -313,38 +313,35 @@ std::optional<std::string> PgCluster::QueryValue(const std::string& dbname,
     return rows[0][0];
 }
 
-bool PgCluster::DropDatabase(const std::string& name, std::string* error) {
+bool PgCluster::QuoteName(const std::string& name, std::string* quoted, std::string* error) const {
     ConnPtr conn(PQconnectdb(ConnInfo("postgres").c_str()));
     if (!conn || PQstatus(conn.get()) != CONNECTION_OK) {
         SetError(error, conn ? PQerrorMessage(conn.get()) : "out of memory");
         return false;
     }
-    char* quoted = PQescapeIdentifier(conn.get(), name.c_str(), name.size());
-    if (!quoted) {
+    char* text = PQescapeIdentifier(conn.get(), name.c_str(), name.size());
+    if (!text) {
         SetError(error, PQerrorMessage(conn.get()));
         return false;
     }
-    const std::string sql = std::string("DROP DATABASE IF EXISTS ") + quoted + " WITH (FORCE)";
-    PQfreemem(quoted);
-    return Exec("postgres", sql, error);
+    *quoted = text;
+    PQfreemem(text);
+    return true;
+}
+
+bool PgCluster::DropDatabase(const std::string& name, std::string* error) {
+    std::string quoted;
+    if (!QuoteName(name, &quoted, error)) return false;
+    return Exec("postgres", "DROP DATABASE IF EXISTS " + quoted + " WITH (FORCE)", error);
 }
 
 bool PgCluster::CreateDatabase(const std::string& name, std::string* error) {
     if (!DropDatabase(name, error)) return false;
-    ConnPtr conn(PQconnectdb(ConnInfo("postgres").c_str()));
-    if (!conn || PQstatus(conn.get()) != CONNECTION_OK) {
-        SetError(error, conn ? PQerrorMessage(conn.get()) : "out of memory");
-        return false;
-    }
-    char* quoted = PQescapeIdentifier(conn.get(), name.c_str(), name.size());
-    if (!quoted) {
-        SetError(error, PQerrorMessage(conn.get()));
-        return false;
-    }
-    const std::string sql = std::string("CREATE DATABASE ") + quoted +
-                            " TEMPLATE template0 ENCODING 'UTF8' LC_COLLATE 'C' LC_CTYPE 'C'";
-    PQfreemem(quoted);
-    return Exec("postgres", sql, error);
+    std::string quoted;
+    if (!QuoteName(name, &quoted, error)) return false;
+    return Exec("postgres",
+                "CREATE DATABASE " + quoted + " TEMPLATE template0 ENCODING 'UTF8' LC_COLLATE 'C' LC_CTYPE 'C'",
+                error);
 }
 
 PgCluster& TestCluster() {

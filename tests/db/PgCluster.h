@@ -47,6 +47,8 @@ public:
 
 private:
     bool FindBinaries(std::string* error);
+    // The name as a quoted SQL identifier.
+    bool QuoteName(const std::string& name, std::string* quoted, std::string* error) const;
     int Run(const std::vector<std::string>& args, const std::string& logFile) const;
     void StartWatchdog();
 
