@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <regex>
 
 #include "MakeConvLib/cmsbase/comTrace.h"
@@ -293,4 +294,20 @@ TEST(ConvApp, BusyStatusLockIsRetriedThreeTimesThenFails) {
     char go = 'x';
     (void)!write(toChild[1], &go, 1);
     waitpid(pid, nullptr, 0);
+}
+
+TEST(ConvApp, OverlongPathsFailTheStartWithoutOverflow) {
+    // A work root far beyond the 1,023 bytes of a path: neither the status file
+    // nor the logs can be named, so the start fails and no file is written
+    // anywhere else.
+    TempDir dir;
+    std::string deep = dir.Path();
+    while (deep.size() < 3000) deep += "/" + std::string(200, 'd');
+    std::vector<std::string> values = RunArgs(deep, "create", "1");
+    Args args(values);
+    StandInApp app(args.Argc(), args.Argv(), "sch");
+    EXPECT_EQ(app.Init(kLabel), -1);
+    app.End();
+    EXPECT_STREQ(app.TracePath(), "");  // a cut path would name another file
+    EXPECT_TRUE(std::filesystem::is_empty(dir.Path()));
 }

@@ -42,6 +42,7 @@ constexpr std::size_t kBodyMax = 8016;     // " [msg=...]"
 constexpr std::size_t kTraceMax = 8192;    // one trace line
 constexpr std::size_t kMessageMax = 1024;  // one status message
 constexpr std::size_t kPathMax = 1024;
+constexpr std::size_t kWorkPathMax = 8192;  // a path before its limit is checked
 
 std::string Format(std::size_t bound, const char* format, ...) __attribute__((format(printf, 2, 3)));
 std::string Format(std::size_t bound, const char* format, ...) {
@@ -51,6 +52,13 @@ std::string Format(std::size_t bound, const char* format, ...) {
     vsnprintf(buf.data(), bound, format, args);
     va_end(args);
     return buf.data();
+}
+
+// A path of a log file, or empty when it doesn't fit the 1,023 bytes of a log
+// path: a cut path would name another file, so such a log stays off.
+std::string LogFilePath(const char* format, const char* root, const char* module, const char* suffix) {
+    std::string path = Format(kWorkPathMax, format, root, module, suffix);
+    return path.size() < kPathMax ? path : std::string();
 }
 
 // Switches the debug log to path and gives back the one set until now.
@@ -71,21 +79,20 @@ void ConvApp::SetupLogFiles() {
     const char* root = rootPath_.c_str();
     const char* module = moduleName_.c_str();
     if (create) {
-        logPath_ = Format(kPathMax, "%sconv/log/%s%s.log", root, module, suffix);
+        logPath_ = LogFilePath("%sconv/log/%s%s.log", root, module, suffix);
     } else {
         logPath_.clear();
     }
-    tracePath_ = Format(kPathMax, "%sconv/log/%s%s_trace.log", root, module, suffix);
-    std::string traceBack = Format(kPathMax, "%sconv/log/%s%s_trace_back.log", root, module, suffix);
-    if (create) {
-        std::string logBack = Format(kPathMax, "%sconv/log/%s%s_back.log", root, module, suffix);
-        comDirDelete(logBack.c_str(), nullptr, false);
-        comDirDelete(traceBack.c_str(), nullptr, false);
-        comFileRename(logPath_.c_str(), logBack.c_str());
-    } else {
-        comDirDelete(traceBack.c_str(), nullptr, false);
-    }
-    comFileRename(tracePath_.c_str(), traceBack.c_str());
+    tracePath_ = LogFilePath("%sconv/log/%s%s_trace.log", root, module, suffix);
+    std::string traceBack = LogFilePath("%sconv/log/%s%s_trace_back.log", root, module, suffix);
+    // One generation back; a log whose names don't fit is left where it is.
+    auto rotate = [](const std::string& current, const std::string& back) {
+        if (current.empty() || back.empty()) return;
+        comDirDelete(back.c_str(), nullptr, false);
+        comFileRename(current.c_str(), back.c_str());
+    };
+    if (create) rotate(logPath_, LogFilePath("%sconv/log/%s%s_back.log", root, module, suffix));
+    rotate(tracePath_, traceBack);
 }
 
 void ConvApp::ReportError(int32_t code, const char* source, int line, bool show, const char* detail,
@@ -167,10 +174,11 @@ int32_t ConvApp::InitStatusFile() {
     const bool create = IsCreateMode();
     const char* ownSuffix = create ? "" : "_clean";
     const char* otherSuffix = create ? "_clean" : "";
-    statusPath_ = Format(kPathMax, "%sconv/%s%s.sts", rootPath_.c_str(), moduleName_.c_str(), ownSuffix);
+    // Formatted whole: a path too long for the status list is refused there.
+    statusPath_ = Format(kWorkPathMax, "%sconv/%s%s.sts", rootPath_.c_str(), moduleName_.c_str(), ownSuffix);
     // The other mode's name keeps the historical argument order: suffix before module.
     const std::string otherPath =
-        Format(kPathMax, "%sconv/%s%s.sts", rootPath_.c_str(), otherSuffix, moduleName_.c_str());
+        Format(kWorkPathMax, "%sconv/%s%s.sts", rootPath_.c_str(), otherSuffix, moduleName_.c_str());
 
     int32_t ret = statusList_.SetPath(statusPath_.c_str(), nullptr);
     if (ret != 0) {
