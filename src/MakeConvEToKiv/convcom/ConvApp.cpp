@@ -163,14 +163,11 @@ int32_t ConvApp::OpenDatabases() {
     if (sqlLogDir_.find(std::string(today, 8)) == std::string::npos) return 0;
     std::string dir = sqlLogDir_;
     EnsureSlash(dir);
-    const char* suffix = IsCreateMode() ? "" : "_clean";
-    char path[2048];
-    snprintf(path, sizeof path, "%s%s%s%s_%d.log", dir.c_str(), "entDB_", moduleName_.c_str(), suffix,
-             static_cast<int>(getpid()));
-    entConnection_->SetTraceFile(path);
-    snprintf(path, sizeof path, "%s%s%s%s_%d.log", dir.c_str(), "kivDB_", moduleName_.c_str(), suffix,
-             static_cast<int>(getpid()));
-    kivConnection_->SetTraceFile(path);
+    // "<dir><prefix><module><suffix>_<pid>.log", e.g. entDB_sch_clean_4711.log.
+    const std::string tail =
+        moduleName_ + (IsCreateMode() ? "" : "_clean") + "_" + std::to_string(getpid()) + ".log";
+    entConnection_->SetTraceFile((dir + "entDB_" + tail).c_str());
+    kivConnection_->SetTraceFile((dir + "kivDB_" + tail).c_str());
     return 0;
 }
 
