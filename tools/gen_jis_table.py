@@ -111,6 +111,13 @@ def build():
     return table, len(main), rows, kana
 
 
+def flush_full(out, line, per_line):
+    """Moves the collected entries to out as one line once there are per_line of them."""
+    if len(line) >= per_line:
+        out.append("    " + " ".join(line))
+        line.clear()
+
+
 def render(table, alt_first, rows, kana):
     header = f"""\
 // The JIS / UCS-2 tables of the encoding converters.
@@ -150,16 +157,11 @@ extern const unsigned char kanaUcsTable[kanaUcsCount + 1][3];
     line = []
     for index, (first, second, ucs) in enumerate(table):
         if index in starts:
-            if line:
-                out.append("    " + " ".join(line))
-                line = []
+            flush_full(out, line, 1)
             out.append(f"    // {starts[index][1]}, index {index}")
         line.append(f"{{0x{first:02X},0x{second:02X},0x{ucs >> 8:02X},0x{ucs & 0xFF:02X}}},")
-        if len(line) == 4:
-            out.append("    " + " ".join(line))
-            line = []
-    if line:
-        out.append("    " + " ".join(line))
+        flush_full(out, line, 4)
+    flush_full(out, line, 1)
     out.append("    {0x00,0x00,0x00,0x00},")
     out.append("};")
     out.append("")
@@ -172,11 +174,8 @@ extern const unsigned char kanaUcsTable[kanaUcsCount + 1][3];
     line = []
     for byte, ucs in kana:
         line.append(f"{{0x{byte:02X},0x{ucs >> 8:02X},0x{ucs & 0xFF:02X}}},")
-        if len(line) == 6:
-            out.append("    " + " ".join(line))
-            line = []
-    if line:
-        out.append("    " + " ".join(line))
+        flush_full(out, line, 6)
+    flush_full(out, line, 1)
     out.append("    {0x00,0x00,0x00},")
     out.append("};")
     out.append("// clang-format on")

@@ -12,45 +12,21 @@ protected:
     explicit ZString(int limit) : CXioLCString(limit) {}
 };
 
-class ZString31 : public ZString {
+// One class per limit; the limit is all that differs.
+template <int Limit>
+class ZStringOf : public ZString {
 public:
-    ZString31() : ZString(31) {}
+    ZStringOf() : ZString(Limit) {}
 };
 
-class ZString40 : public ZString {
-public:
-    ZString40() : ZString(40) {}
-};
-
-class ZString256 : public ZString {
-public:
-    ZString256() : ZString(256) {}
-};
-
-class ZString511 : public ZString {
-public:
-    ZString511() : ZString(511) {}
-};
-
-class ZString1023 : public ZString {
-public:
-    ZString1023() : ZString(1023) {}
-};
-
-class ZString2000 : public ZString {
-public:
-    ZString2000() : ZString(2000) {}
-};
-
-class ZString2047 : public ZString {
-public:
-    ZString2047() : ZString(2047) {}
-};
-
-class ZString4000 : public ZString {
-public:
-    ZString4000() : ZString(4000) {}
-};
+using ZString31 = ZStringOf<31>;
+using ZString40 = ZStringOf<40>;
+using ZString256 = ZStringOf<256>;
+using ZString511 = ZStringOf<511>;
+using ZString1023 = ZStringOf<1023>;
+using ZString2000 = ZStringOf<2000>;
+using ZString2047 = ZStringOf<2047>;
+using ZString4000 = ZStringOf<4000>;
 
 class ZString40H : public CS3Required<ZString40> {};
 class ZString256H : public CS3Required<ZString256> {};
