@@ -195,6 +195,15 @@ TEST(ScheduleToUtc, DateListAndExceptedDatesMoveWithTheStart) {
     EXPECT_EQ(schedule.exceptDates, (std::vector<int32_t>{20120229, 0}));
     EXPECT_STREQ(schedule.endDate.GetStr(), "20120309");
 
+    // A repeat date moves with the schedule's start time, or its end time.
+    CiofSchedule onDate;
+    ASSERT_EQ(FillScheduleOnDate(Row(nullptr, nullptr, "0800", "2430", "w"), "20120301", onDate, true), 0);
+    EXPECT_STREQ(onDate.startDate.GetStr(), "20120229");
+    EXPECT_STREQ(onDate.endTime.GetStr(), "3930");
+    CiofSchedule endOnly;
+    ASSERT_EQ(FillScheduleOnDate(Row(nullptr, nullptr, "", "0500", "d"), "20120301", endOnly, true), 0);
+    EXPECT_STREQ(endOnly.startDate.GetStr(), "20120229");
+
     // A later start time leaves the list as it is.
     CiofSchedule late;
     late.listDates = {20120305};
