@@ -132,6 +132,10 @@ int32_t ConvExEnt::CountRows() {
 }
 
 int32_t ConvExEnt::Convert() {
+    if (!reader) {
+        app->ReportError(kDbBadArgument, CONV_HERE, false, nullptr, nullptr);
+        return kDbBadArgument;
+    }
     writeConnection->SetTransactional(useTransaction);
     std::unique_ptr<ConvDBEntry> writer = NewWriter();
     if (!writer) {
@@ -213,8 +217,10 @@ int32_t ConvExEnt::Checkpoint(CdDBConnection* connection, int32_t rowCount, bool
         }
     }
     if (totalRows < 0) return 0;
-    if (totalRows != rowCount) return app->PutMessage("", 4, totalRows, rowCount);
-    return app->PutMessage("", 6, totalRows, failedRows);
+    // No name of its own: the step's label, given at its start, names the count
+    // and the function's closing summary.
+    if (totalRows != rowCount) return app->PutMessage(nullptr, 4, totalRows, rowCount);
+    return app->PutMessage(nullptr, 6, totalRows, failedRows);
 }
 
 int32_t ConvExEnt::RollbackWriter(CdDBConnection* connection, int32_t code) {
