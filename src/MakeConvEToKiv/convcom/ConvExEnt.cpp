@@ -82,6 +82,10 @@ int32_t ConvExEnt::ReadSqlFile(const char* name) {
 }
 
 int32_t ConvExEnt::Open() {
+    if (!readConnection || !writeConnection) {
+        app->ReportError(kDbBadArgument, CONV_HERE, false, nullptr, nullptr);
+        return kDbBadArgument;
+    }
     readConnection->SetTransactional(false);
     int32_t ret = CountRows();
     if (ret != 0) {
