@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -52,7 +53,11 @@ protected:
             << error;
         ASSERT_EQ(app_.Init("label"), 0);
     }
-    void TearDown() override { app_.End(); }
+    void TearDown() override {
+        app_.End();
+        if (HasFailure())
+            for (const std::string& line : UserLog()) std::cout << "user log: " << line << "\n";
+    }
 
     // A flat-store file, written in EUC-JP.
     void Put(const std::string& relative, const std::string& utf8) {
@@ -214,8 +219,8 @@ TEST_F(StdScheduleTest, GroupsAndPersonalGroupsNeedTheirOwnRecord) {
               (std::vector<std::string>{"1|7|50|1|a.txt"}));
 
     // Each group without its record is named in the user log by its path.
-    EXPECT_TRUE(UserLogHas("data/group/4/info"));
-    EXPECT_TRUE(UserLogHas("data/user/7/group/2/info"));
+    EXPECT_TRUE(UserLogHas("ファイル[" + dir_.Path() + "/store/data/group//4/info]"));
+    EXPECT_TRUE(UserLogHas("ファイル[" + dir_.Path() + "/store/data/user/7/group//2/info]"));
     for (const std::string& line : UserLog()) EXPECT_EQ(line.rfind("[WARN] ", 0), 0u) << line;
     EXPECT_EQ(app_.StatusWord(), 1);
 }
