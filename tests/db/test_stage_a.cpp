@@ -12,6 +12,7 @@
 #include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
 #include "MakeConvSToKiv/convstdcom/ConvDBEntryStd.h"
 #include "MakeConvSToKiv/convstdcom/ConvDBEntryStdAcc.h"
+#include "MakeConvSToKiv/convstdcom/ConvDBEntryStdAttach.h"
 #include "MakeConvSToKiv/convstdcom/ConvExStdIndex.h"
 #include "MakeConvSToKiv/convstdcom/ConvExStdStackIndex.h"
 #include "MakeConvSToKiv/convstdplant/ConvExStdPlantManage.h"
@@ -57,7 +58,9 @@ protected:
                                        "CREATE TABLE t_set (ROWCOUNT integer, save integer, memo varchar,"
                                        " num integer UNIQUE);"
                                        "CREATE TABLE t_rec (ID integer PRIMARY KEY, name varchar, num integer);"
-                                       "CREATE TABLE t_own (SID_USER integer, name varchar, num integer);",
+                                       "CREATE TABLE t_own (SID_USER integer, name varchar, num integer);"
+                                       "CREATE TABLE t_att (sid_attach integer, filename varchar UNIQUE,"
+                                       " dispname varchar, mimetype varchar);",
                                        &error))
             << error;
         ASSERT_EQ(app_.Init("label"), 0);
@@ -150,6 +153,30 @@ TEST_F(StageATest, RetryListAnswersTwoForAStatementThatFailedBefore) {
     app_.ClearRetryList();
     EXPECT_EQ(writer.Entry("t_set", again), 1);
     EXPECT_EQ(Value("SELECT count(*) FROM t_set"), "1");
+}
+
+TEST_F(StageATest, AttachmentRowsFollowTheirListsAndPassOverListedStatements) {
+    ConvDBEntryStdAttach writer(&app_, ent_, false);
+    ConvRow record = Record({{"title", "x"}});
+    List(record, "attach", {"a.txt", "b.txt", "a.txt", "c.txt"});
+    List(record, "attachdisp", {"A", "B"});
+    List(record, "mimetype", {"text/plain"});
+    // Automatic commit: the refused third row is left out and the walk goes on.
+    EXPECT_EQ(writer.InsertAttach("t_att", record), 0);
+    EXPECT_EQ(Value("SELECT string_agg(sid_attach || filename || coalesce(dispname, '-') || coalesce(mimetype, '-'),"
+                    " ',' ORDER BY sid_attach) FROM t_att"),
+              "1a.txtAtext/plain,2b.txtB-,4c.txt--");
+    EXPECT_TRUE(LogHas("[WARN] t_att [dispname=] [sid_attach=3] 重複エラーが発生しましたが処理を続行しました。"));
+
+    // In a transaction the refusal ends the walk; the walk again passes over it.
+    ASSERT_TRUE(TestCluster().Exec(kDb, "DELETE FROM t_att"));
+    app_.ClearRetryList();
+    ASSERT_EQ(ent_->SetTransactional(true), 0);
+    EXPECT_EQ(writer.InsertAttach("t_att", record), 1);
+    ASSERT_EQ(ent_->Rollback(1), 0);
+    EXPECT_EQ(writer.InsertAttach("t_att", record), 0);
+    ASSERT_EQ(ent_->Commit(), 0);
+    EXPECT_EQ(Value("SELECT string_agg(sid_attach::text, ',' ORDER BY sid_attach) FROM t_att"), "1,2,4");
 }
 
 // An index conversion of t_rec, with ID and name mapped.
