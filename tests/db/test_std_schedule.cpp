@@ -262,6 +262,23 @@ TEST_F(StdScheduleTest, PersonalAccessRightsRideAlongWithTheUsersEntries) {
     EXPECT_EQ(app_.StatusWord(), 0);
 }
 
+TEST_F(StdScheduleTest, UnreadableAccessFilePassesOverThatUserOnly) {
+    Index("data/user", {10, 11, 12});
+    Put("data/user/10/schacc", "accesskind=2\nobject 1\nend\n");
+    Put("data/user/10/schedule", "object 14\nstartdate=20120401\nend\n");
+    Put("data/user/11/schacc", "object abc\naccesskind=2\nend\n");
+    Put("data/user/11/schedule", "object 15\nstartdate=20120401\nend\n");
+    Put("data/user/12/schedule", "object 16\nstartdate=20120401\nend\n");
+    EXPECT_EQ(Run<ConvExStdSchSchUser>(), 0);
+
+    EXPECT_EQ(Rows("SELECT sid_user, id FROM TTPR_SCHEDULE ORDER BY sid_user"),
+              (std::vector<std::string>{"12|16"}));
+    EXPECT_EQ(Rows("SELECT count(*) FROM TMPR_ACCESS_ALL"), (std::vector<std::string>{"0"}));
+    EXPECT_TRUE(UserLogHas("ファイル[" + dir_.Path() + "/store/data/user/10/schacc]"));
+    EXPECT_TRUE(UserLogHas("値[abc]が不正です。ファイル[" + dir_.Path() + "/store/data/user/11/schacc]"));
+    EXPECT_EQ(app_.StatusWord(), 1);
+}
+
 TEST_F(StdScheduleTest, SettingsWordListsAndIcons) {
     Index("data/user", {7, 8, 9});
     Put("data/schedule/setting",
