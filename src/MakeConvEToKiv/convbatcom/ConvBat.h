@@ -9,6 +9,7 @@
 
 class ConvApp;
 class CdDBConnection;
+class ConvExEnt;
 
 
 class ConvBat {
@@ -33,6 +34,8 @@ public:
     virtual const char* GetCleanScriptPath(bool isTarget, bool isIndex);
     virtual int32_t RunPrepare();
     virtual int32_t RunMain() = 0;
+    // One table of stage B: messages 3 and 5 around its Run, 8 when it fails.
+    virtual int32_t RunStep(ConvExEnt* conv, const char* label);
     virtual int32_t BeginMain();
 
 protected:
