@@ -10,7 +10,7 @@
 class ConvApp;
 class CdDBConnection;
 class ConvExEnt;
-
+class ConvExStd;
 
 class ConvBat {
 public:
@@ -36,6 +36,9 @@ public:
     virtual int32_t RunMain() = 0;
     // One table of stage B: messages 3 and 5 around its Run, 8 when it fails.
     virtual int32_t RunStep(ConvExEnt* conv, const char* label);
+    // One table of stage A: open, convert, with the status file's running,
+    // success and failure messages under label.
+    virtual int32_t RunPrepareStep(ConvExStd* conv, const char* label);
     virtual int32_t BeginMain();
 
 protected:
