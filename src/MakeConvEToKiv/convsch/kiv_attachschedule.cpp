@@ -1,6 +1,7 @@
 // TT_ATTACH_SCHEDULE rows and their files.
 #include "MakeConvEToKiv/convsch/kiv_attachschedule.h"
 
+#include <string.h>
 #include <strings.h>
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
