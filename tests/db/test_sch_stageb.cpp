@@ -10,6 +10,7 @@
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchMaster.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchSchedule.h"
+#include "MakeConvLib/iofcom/CMSioObjMsg.h"
 #include "PgCluster.h"
 #include "TestSupport.h"
 #include "database/CdDBConnection.h"
@@ -55,6 +56,8 @@ protected:
         ASSERT_TRUE(pg.CreateDatabase(kKiv, &error)) << error;
         ASSERT_TRUE(pg.Exec(kEnt, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
         ASSERT_TRUE(pg.Exec(kKiv, ReadFile(kSource + "/schema/kiv.sql"), &error)) << error;
+        // The installation's settings, messages and tag template.
+        ASSERT_EQ(system(("cp -r " + kSource + "/examples/target " + dir_.Path() + "/target").c_str()), 0);
         ASSERT_EQ(app_.Init("label"), 0);
         app_.SetAbortInTransaction(true);
     }
@@ -186,7 +189,7 @@ TEST_F(SchStageBTest, OneScheduleInThreeOwnersFilesIsOneRowWithThreeDestinations
     ASSERT_EQ(Run<ConvExEntSchSchedule>(), 0);
     EXPECT_EQ(Kiv("SELECT ID, memo, startdate, starttime FROM TT_SCHEDULE ORDER BY ID"),
               (std::vector<std::string>{"0000000000dw|made by 8|20240110|0030",
-                                        "0000000000dx|-|20240110|-"}));
+                                        "0000000000dx|-|20240111|-"}));
     ASSERT_EQ(Run<ConvExEntSchScheduleOtherTo>(), 0);
     EXPECT_EQ(Kiv("SELECT ID, otherto_type, SID_USER, SID_ASSIGN, startdate, enddate FROM TT_SCHEDULE_OTHERTO"
                   " ORDER BY 1, 2, 3, 4"),
@@ -293,4 +296,42 @@ TEST_F(SchStageBTest, CountFilesMatchTheirQueries) {
     EXPECT_EQ(TestCluster().QueryValue(kEnt, "SELECT count(*) FROM (" + ReadFile(kSource + "/sql/sch/TT_SCHEDULE.sql") +
                                                  ") q"),
               "4");
+}
+
+// The store has no sticky notes, but a row that carries one writes it beside
+// the user information; a note that can't be written leaves that in place.
+TEST_F(SchStageBTest, UserInformationWithANoteWritesTheNoteAndKeepsTheRowWhenTheNoteFails) {
+    for (const char* name : {"com", "com_locale", "sch"}) ASSERT_EQ(LoadMessageFile(name), 0) << name;
+    auto row = [](const char* id) {
+        ConvRow r;
+        for (auto [name, value] : std::initializer_list<std::pair<const char*, const char*>>{
+                 {"SID_CORPORATE", "1"}, {"ID", id}, {"SID_ASSIGN", "7"}, {"startdate", "20240110"},
+                 {"starttime", "0930"}, {"endtime", "1030"}, {"event", "会議"}, {"memo", "議題"},
+                 {"TAG_SID_MODULE", "1"}, {"TAG_ID", "3"}, {"TAG_tagcolor", "2"}, {"ALARM_ID", "4"},
+                 {"LOG_SCH_ID", id}})
+            AddColumn(name, value, kRowTypeText, r);
+        return r;
+    };
+    ASSERT_EQ(app_.KivConnection()->SetTransactional(false), 0);
+    kiv_scheduleuserinfo writer(&app_, app_.KivConnection());
+    writer.CopyKeys({{"LOG_SCH_ID", ""}});
+    ConvRow first = row("500");
+    ASSERT_EQ(writer.Entry("TT_SCHEDULE_USERINFO", first), 0);
+    EXPECT_EQ(Kiv("SELECT SID_USER, ID, SID_MODULE, DID, X, Y, width, height, tagcolor, title, url,"
+                  " length(cretime), body LIKE '%議題%' FROM TTPR_TAG"),
+              std::vector<std::string>{"7|3|1|0000000000dw|96|96|320|240|2|会議|"
+                                       "qkiv.{{ext}}?cmd=schindex#cmd=schreferdtl&sid=0000000000dw|14|t"});
+    // An alarm id without a send time writes no alarm, and says nothing.
+    EXPECT_EQ(Kiv("SELECT count(*) FROM TTPR_ALARM"), std::vector<std::string>{"0"});
+    EXPECT_TRUE(LogLines("[WARN]").empty());
+    EXPECT_TRUE(LogLines("[ERR]").empty());
+
+    // The same note id again: the note is refused, the information stays.
+    ConvRow second = row("501");
+    EXPECT_EQ(writer.Entry("TT_SCHEDULE_USERINFO", second), 1);
+    EXPECT_EQ(Kiv("SELECT ID FROM TT_SCHEDULE_USERINFO ORDER BY ID"),
+              (std::vector<std::string>{"0000000000dw", "0000000000dx"}));
+    const std::vector<std::string> failed = LogLines("付箋登録に失敗しましたが処理を続行しました。");
+    ASSERT_EQ(failed.size(), 1u);
+    EXPECT_NE(failed[0].find("[LOG_SCH_ID=501]"), std::string::npos) << failed[0];
 }

@@ -60,6 +60,9 @@ int32_t kiv_schedule::AddColumnValue(const char* name, const char* value, uint32
 int32_t kiv_schedule::AddNullColumn(const char* name, uint32_t type) {
     if (strcasecmp(name, "cretime") == 0 || strcasecmp(name, "updtime") == 0)
         return ConvDBEntry::AddColumnValue(name, nowStamp.c_str(), kRowTypeText);
+    // A schedule without an end runs to the open end, shifted like any other.
+    if (strcasecmp(name, "enddate") == 0 && !endDate.empty())
+        return ConvDBEntry::AddColumnValue(name, endDate.c_str(), kRowTypeText);
     if (strcasecmp(name, "visitor") == 0) return ConvDBEntry::AddColumnValue(name, "0", kRowTypeText);
     return ConvDBEntry::AddNullColumn(name, type);
 }

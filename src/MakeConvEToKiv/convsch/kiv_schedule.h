@@ -15,8 +15,8 @@ public:
     // The keys of a message are drawn from the row being written.
     void AppendKeys(std::string& text) const override;
     int32_t AddColumnValue(const char* name, const char* value, uint32_t type) override;
-    // cretime and updtime take the conversion's start, visitor "0"; other
-    // columns without a value are left out.
+    // cretime and updtime take the conversion's start, visitor "0", enddate
+    // the open end in UTC; other columns without a value are left out.
     int32_t AddNullColumn(const char* name, uint32_t type) override;
     // Works out the UTC values of the row first; a row whose dates can't be
     // moved is reported and left out (1).

@@ -60,5 +60,7 @@ int32_t kiv_scheduleotherto::AddColumnValue(const char* name, const char* value,
 int32_t kiv_scheduleotherto::AddNullColumn(const char* name, uint32_t type) {
     if (strcasecmp(name, "cretime") == 0 || strcasecmp(name, "updtime") == 0)
         return ConvDBEntry::AddColumnValue(name, nowStamp.c_str(), kRowTypeText);
+    if (strcasecmp(name, "enddate") == 0 && !endDate.empty())
+        return ConvDBEntry::AddColumnValue(name, endDate.c_str(), kRowTypeText);
     return ConvDBEntry::AddNullColumn(name, type);
 }
