@@ -38,41 +38,41 @@ constexpr MainStep Function(const char* label) { return {label, nullptr}; }
 // A table enters this list once its conversion exists.
 constexpr MainStep kMainSteps[] = {
     // Schedule masters
-    Step("スケジュール共通設定", Make<ConvExEntSchSchSetting>),                                // B1
-    Step("スケジュール予定マスター", Make<ConvExEntSchSchEvent>),                              // B2
-    Step("スケジュール場所マスター", Make<ConvExEntSchSchPlace>),                              // B3
-    Step("その他アイコン", Make<ConvExEntSchSchIcon>),                                         // B4
-    Step("機能管理者設定所属ユーザー（スケジュール）", Make<ConvExEntSchRModuleAssignUser>),  // B5
-    Step("索引マスター（スケジュール）", Make<ConvExEntSchIndex>),                            // B6
-    Step("スケジュール個人設定", Make<ConvExEntSchPrSchSetting>),                             // B7
-    Step("個人スケジュール予定マスター", Make<ConvExEntSchPrSchEvent>),                       // B8
-    Step("個人スケジュール場所マスター", Make<ConvExEntSchPrSchPlace>),                       // B9
-    Step("個人表示グループマスター", Make<ConvExEntSchPrDispGroup>),                          // B10
-    Step("ユーザーアクセス権組織", Make<ConvExEntSchPrAccessGroup>),                          // B11
-    Step("ユーザーアクセス権ロール", Make<ConvExEntSchPrAccessRole>),                         // B12
-    Step("ユーザーアクセス権ユーザー", Make<ConvExEntSchPrAccessUser>),                       // B13
-    Step("ユーザーアクセス権全体", Make<ConvExEntSchPrAccessAll>),                            // B14
+    Step("スケジュール共通設定", Make<ConvExEntSchSchSetting>),
+    Step("スケジュール予定マスター", Make<ConvExEntSchSchEvent>),
+    Step("スケジュール場所マスター", Make<ConvExEntSchSchPlace>),
+    Step("その他アイコン", Make<ConvExEntSchSchIcon>),
+    Step("機能管理者設定所属ユーザー（スケジュール）", Make<ConvExEntSchRModuleAssignUser>),
+    Step("索引マスター（スケジュール）", Make<ConvExEntSchIndex>),
+    Step("スケジュール個人設定", Make<ConvExEntSchPrSchSetting>),
+    Step("個人スケジュール予定マスター", Make<ConvExEntSchPrSchEvent>),
+    Step("個人スケジュール場所マスター", Make<ConvExEntSchPrSchPlace>),
+    Step("個人表示グループマスター", Make<ConvExEntSchPrDispGroup>),
+    Step("ユーザーアクセス権組織", Make<ConvExEntSchPrAccessGroup>),
+    Step("ユーザーアクセス権ロール", Make<ConvExEntSchPrAccessRole>),
+    Step("ユーザーアクセス権ユーザー", Make<ConvExEntSchPrAccessUser>),
+    Step("ユーザーアクセス権全体", Make<ConvExEntSchPrAccessAll>),
     // Facility masters
-    Step("設備アクセス権組織", Make<ConvExEntPlantAccPltGroup>),                              // B19
-    Step("設備アクセス権ロール", Make<ConvExEntPlantAccPltRole>),                             // B20
-    Step("設備アクセス権ユーザー ", Make<ConvExEntPlantAccPltUser>),  // B21: the blank belongs to the label
-    Step("設備アクセス権全体", Make<ConvExEntPlantAccPltAll>),                                // B22
-    Step("機能管理者設定所属ユーザー（設備予約）", Make<ConvExEntPlantRModuleAssignUser>),    // B23
-    Step("索引マスター（設備予約）", Make<ConvExEntPlantIndex>),                              // B24
+    Step("設備アクセス権組織", Make<ConvExEntPlantAccPltGroup>),
+    Step("設備アクセス権ロール", Make<ConvExEntPlantAccPltRole>),
+    Step("設備アクセス権ユーザー ", Make<ConvExEntPlantAccPltUser>),  // the blank belongs to the label
+    Step("設備アクセス権全体", Make<ConvExEntPlantAccPltAll>),
+    Step("機能管理者設定所属ユーザー（設備予約）", Make<ConvExEntPlantRModuleAssignUser>),
+    Step("索引マスター（設備予約）", Make<ConvExEntPlantIndex>),
     // Schedules
-    Step("スケジュール", Make<ConvExEntSchSchedule>),                                          // B27
-    Step("スケジュール繰返日", Make<ConvExEntSchSchRepdate>),                                  // B28
-    Step("スケジュール添付ファイル", Make<ConvExEntSchAttachSchedule>),                        // B29
-    Step("スケジュール登録先", Make<ConvExEntSchScheduleOtherTo>),                             // B30
-    Step("スケジュール登録先ユーザー情報/付箋/アラーム", Make<ConvExEntSchScheduleUserInfo>),  // B31
+    Step("スケジュール", Make<ConvExEntSchSchedule>),
+    Step("スケジュール繰返日", Make<ConvExEntSchSchRepdate>),
+    Step("スケジュール添付ファイル", Make<ConvExEntSchAttachSchedule>),
+    Step("スケジュール登録先", Make<ConvExEntSchScheduleOtherTo>),
+    Step("スケジュール登録先ユーザー情報/付箋/アラーム", Make<ConvExEntSchScheduleUserInfo>),
     // Alarms
     // Minutes
     Function("議事録"),
-    Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),     // B37
-    Step("索引マスター（議事録）", Make<ConvExEntAgendaIndex>),                               // B44
+    Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),
+    Step("索引マスター（議事録）", Make<ConvExEntAgendaIndex>),
     // Visitors
     Function("来訪者管理"),
-    Step("索引マスター（来訪者管理）", Make<ConvExEntVisitorIndex>),                          // B50
+    Step("索引マスター（来訪者管理）", Make<ConvExEntVisitorIndex>),
 };
 
 }  // namespace
