@@ -28,17 +28,11 @@ void kiv_schschrepdate::AppendKeys(std::string& text) const {
 int32_t kiv_schschrepdate::CollectColumns(const char* table, ConvRow& row) {
     currentRow = &row;
     repeatDate.clear();
-    // The day stands for both dates of the schedule; its times and repeat
-    // follow the same rules as the schedule's own.
     const char* day = FindColumn(row, "SID_ASSIGN");
-    ConvRow view;
-    AddColumn("startdate", day, kRowTypeText, view);
-    AddColumn("enddate", day, kRowTypeText, view);
-    for (const char* name : {"starttime", "endtime", "repeat", "everyweek", "everyweekday"})
-        AddColumn(name, FindColumn(row, name), kRowTypeText, view);
     CiofSchedule schedule;
-    if (!day || FillScheduleDates(view, schedule, &repeatDate, nullptr, nullptr, nullptr, nullptr, true) != 0)
+    if (!day || FillScheduleOnDate(row, day, schedule, true) != 0)
         return SchReportDates(*this, row, "繰返し日のタイムゾーン変換に失敗しましたが処理を続行しました。");
+    repeatDate = schedule.startDate.GetStr();
     return ConvDBEntry::CollectColumns(table, row);
 }
 
