@@ -3,10 +3,12 @@
 #include <memory>
 
 #include "MakeConvEToKiv/convagenda/ConvExEntAgendaIndex.h"
+#include "MakeConvEToKiv/convagent/ConvExEntAgent.h"
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvEToKiv/convcom/ConvExEnt.h"
 #include "MakeConvEToKiv/convplant/ConvExEntPlantAccPlt.h"
 #include "MakeConvEToKiv/convplant/ConvExEntPlantIndex.h"
+#include "MakeConvEToKiv/convplant/ConvExEntPlantMaster.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchIndex.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPr.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPrAccess.h"
@@ -47,14 +49,24 @@ constexpr MainStep kMainSteps[] = {
     Step("ユーザーアクセス権ユーザー", Make<ConvExEntSchPrAccessUser>),                       // B13
     Step("ユーザーアクセス権全体", Make<ConvExEntSchPrAccessAll>),                            // B14
     // Facility masters
+    Step("設備予約共通設定", Make<ConvExEntPlantPltSetting>),                                 // B15
+    Step("設備予約利用目的", Make<ConvExEntPlantPltEvent>),                                   // B16
+    Step("設備グループマスター", Make<ConvExEntPlantPltGroup>),                               // B17
+    Step("設備マスター", Make<ConvExEntPlantPlant>),                                          // B18
     Step("設備アクセス権組織", Make<ConvExEntPlantAccPltGroup>),                              // B19
     Step("設備アクセス権ロール", Make<ConvExEntPlantAccPltRole>),                             // B20
     Step("設備アクセス権ユーザー ", Make<ConvExEntPlantAccPltUser>),  // B21: the blank belongs to the label
     Step("設備アクセス権全体", Make<ConvExEntPlantAccPltAll>),                                // B22
     Step("機能管理者設定所属ユーザー（設備予約）", Make<ConvExEntPlantRModuleAssignUser>),    // B23
     Step("索引マスター（設備予約）", Make<ConvExEntPlantIndex>),                              // B24
+    Step("設備予約個人設定", Make<ConvExEntPlantPPltSetting>),                                // B25
+    Step("設備情報インポートエクスポート順", Make<ConvExEntPlantPPltMstCsvindex>),            // B26
     // Schedules
     // Alarms
+    Step("アラーム共通設定", Make<ConvExEntAgentAlmSetting>),                                 // B32
+    Step("アラーム個人設定", Make<ConvExEntAgentPrAlmSetting>),                               // B33
+    Step("個人予定通知設定", Make<ConvExEntAgentPrAgent>),                                    // B34
+    Step("スケジューラ", Make<ConvExEntAgentScheduler>),                                      // B35
     // Minutes
     Function("議事録"),
     Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),     // B37
