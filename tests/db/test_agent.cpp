@@ -74,10 +74,10 @@ TEST_F(AgentTest, ABadNumberRollsTheWholeUserBackAndTheNextOneArrives) {
     ASSERT_EQ(RunPlans(), 0);
     EXPECT_EQ(EntRows("SELECT concat_ws('|', ID, STIME) FROM TM_SCHEDULER ORDER BY 1"), "2|1200");
     EXPECT_EQ(EntRows("SELECT concat_ws('|', SID_USER, SENDTIMES) FROM TMPR_AGENT ORDER BY 1"), "2|1200");
-    const std::vector<std::string> warn = LogWith("field=[sendsize] value=[abc]");
-    ASSERT_EQ(warn.size(), 1u);
-    EXPECT_NE(warn[0].find("WARN"), std::string::npos) << warn[0];
-    EXPECT_NE(warn[0].find("SID_USER=1"), std::string::npos) << warn[0];
+    const std::vector<std::string> report = LogWith("field=[sendsize] value=[abc]");
+    ASSERT_EQ(report.size(), 1u);
+    EXPECT_NE(report[0].find("TMPR_AGENT [SID_USER=1]"), std::string::npos) << report[0];
+    EXPECT_EQ(app_.StatusWord(), 1);
 }
 
 TEST_F(AgentTest, LastSendingOfAnEnterpriseRowMovesToThePreviousDay) {
@@ -92,7 +92,7 @@ TEST_F(AgentTest, LastSendingOfAnEnterpriseRowMovesToThePreviousDay) {
     ASSERT_EQ(agent.Run(), 0);
     EXPECT_EQ(agent.FailedRows(), 2);
     EXPECT_EQ(KivRows("SELECT concat_ws('|', SID_USER, coalesce(sendtimes, '-'), coalesce(sendlastdate, '-'),"
-                      " coalesce(sendlasttime, '-')) FROM TMPR_AGENT WHERE SID_USER < 12 ORDER BY 1"),
+                      " coalesce(sendlasttime, '-')) FROM TMPR_AGENT WHERE SID_USER < 12 ORDER BY SID_USER"),
               "7|0|20120229|2300\n8|-|20120301|-\n11|2300|-|-");
     // Items past the 256th are dropped without a word.
     EXPECT_EQ(Kiv("SELECT sendtimes = repeat('0,', 255) || '0' FROM TMPR_AGENT WHERE SID_USER = 12"), "t");

@@ -11,6 +11,17 @@
 ConvExStdPlantPlt::ConvExStdPlantPlt(ConvAppStd* appIn)
     : ConvExStdIndex(appIn, true, "data/setubi/plant/index", "TM_PLANT", 3, "001") {}
 
+int32_t ConvExStdPlantPlt::Prepare() {
+    const int32_t ret = ConvExStdIndex::Prepare();
+    if (ret != 1) return ret;
+    const int32_t committed = CommitBatch(connection, 0, true);
+    if (committed != 0) {
+        app->ReportError(committed, CONV_HERE, false, nullptr, nullptr);
+        return committed;
+    }
+    return 1;
+}
+
 std::unique_ptr<ConvDBEntryStd> ConvExStdPlantPlt::NewWriter() {
     auto writer = std::unique_ptr<tm_plant>(new (std::nothrow) tm_plant(app, connection));
     plantWriter = writer.get();

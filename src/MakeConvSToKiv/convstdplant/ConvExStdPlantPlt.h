@@ -15,6 +15,10 @@ public:
     // Always transactional; writes TM_INDEX (3, "001") first.
     explicit ConvExStdPlantPlt(ConvAppStd* app);
 
+    // The TM_INDEX row, committed at once: a first facility that is rolled
+    // back must not take it along. Over an index row of an earlier run the
+    // transaction is spoilt and the commit fails, which stops the step.
+    int32_t Prepare() override;
     std::unique_ptr<ConvDBEntryStd> NewWriter() override;
     void DeleteWriter(std::unique_ptr<ConvDBEntryStd> writer) override;
     // Empties the retry list and gives the next record its number: called once

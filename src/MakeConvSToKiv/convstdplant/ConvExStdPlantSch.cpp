@@ -22,7 +22,9 @@ ConvExStdPlantSch::ConvExStdPlantSch(ConvAppStd* appIn)
 ConvExStdPlantSch::~ConvExStdPlantSch() { ConvExStdPlantSch::CloseSource(); }
 
 int32_t ConvExStdPlantSch::OpenSource() {
-    plantIndex.reset(new (std::nothrow) ConvStdComIndex(app, (rootPath + ownerIndexPath).c_str(), true));
+    // The id list is all this conversion needs of the index: the facilities'
+    // own records were read (and reported) by the facility step.
+    plantIndex.reset(new (std::nothrow) ConvStdComIndex(app, (rootPath + ownerIndexPath).c_str(), false));
     if (!plantIndex) {
         app->ReportError(kDbNoMemory, CONV_HERE, false, nullptr, "メモリー確保に失敗しました。[%d]", kDbNoMemory);
         return kDbNoMemory;

@@ -20,7 +20,7 @@ public:
     explicit ConvExStdPlantSch(ConvAppStd* app);
     ~ConvExStdPlantSch() override;
 
-    // Reads its own, fully loaded facility index.
+    // Reads its own facility index, the id list only.
     int32_t OpenSource() override;
     void CloseSource() override;
     std::unique_ptr<ConvDBEntryStd> NewWriter() override;
