@@ -10,8 +10,10 @@
 #include "MakeConvEToKiv/convplant/ConvExEntPlantIndex.h"
 #include "MakeConvEToKiv/convplant/ConvExEntPlantMaster.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchIndex.h"
+#include "MakeConvEToKiv/convsch/ConvExEntSchMaster.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPr.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPrAccess.h"
+#include "MakeConvEToKiv/convsch/ConvExEntSchSchedule.h"
 #include "MakeConvEToKiv/convvisitor/ConvExEntVisitorIndex.h"
 #include "MakeConvEToKiv/mainconvsch/ConvBatSch.h"
 #include "MakeConvLib/iofcom/CMSioObjMsg.h"
@@ -38,30 +40,39 @@ constexpr MainStep Function(const char* label) { return {label, nullptr}; }
 // A table enters this list once its conversion exists.
 constexpr MainStep kMainSteps[] = {
     // Schedule masters
-    Step("機能管理者設定所属ユーザー（スケジュール）", Make<ConvExEntSchRModuleAssignUser>),  // B5
-    Step("索引マスター（スケジュール）", Make<ConvExEntSchIndex>),                            // B6
-    Step("スケジュール個人設定", Make<ConvExEntSchPrSchSetting>),                             // B7
-    Step("個人スケジュール予定マスター", Make<ConvExEntSchPrSchEvent>),                       // B8
-    Step("個人スケジュール場所マスター", Make<ConvExEntSchPrSchPlace>),                       // B9
-    Step("個人表示グループマスター", Make<ConvExEntSchPrDispGroup>),                          // B10
-    Step("ユーザーアクセス権組織", Make<ConvExEntSchPrAccessGroup>),                          // B11
-    Step("ユーザーアクセス権ロール", Make<ConvExEntSchPrAccessRole>),                         // B12
-    Step("ユーザーアクセス権ユーザー", Make<ConvExEntSchPrAccessUser>),                       // B13
-    Step("ユーザーアクセス権全体", Make<ConvExEntSchPrAccessAll>),                            // B14
+    Step("スケジュール共通設定", Make<ConvExEntSchSchSetting>),
+    Step("スケジュール予定マスター", Make<ConvExEntSchSchEvent>),
+    Step("スケジュール場所マスター", Make<ConvExEntSchSchPlace>),
+    Step("その他アイコン", Make<ConvExEntSchSchIcon>),
+    Step("機能管理者設定所属ユーザー（スケジュール）", Make<ConvExEntSchRModuleAssignUser>),
+    Step("索引マスター（スケジュール）", Make<ConvExEntSchIndex>),
+    Step("スケジュール個人設定", Make<ConvExEntSchPrSchSetting>),
+    Step("個人スケジュール予定マスター", Make<ConvExEntSchPrSchEvent>),
+    Step("個人スケジュール場所マスター", Make<ConvExEntSchPrSchPlace>),
+    Step("個人表示グループマスター", Make<ConvExEntSchPrDispGroup>),
+    Step("ユーザーアクセス権組織", Make<ConvExEntSchPrAccessGroup>),
+    Step("ユーザーアクセス権ロール", Make<ConvExEntSchPrAccessRole>),
+    Step("ユーザーアクセス権ユーザー", Make<ConvExEntSchPrAccessUser>),
+    Step("ユーザーアクセス権全体", Make<ConvExEntSchPrAccessAll>),
     // Facility masters
-    Step("設備予約共通設定", Make<ConvExEntPlantPltSetting>),                                 // B15
-    Step("設備予約利用目的", Make<ConvExEntPlantPltEvent>),                                   // B16
-    Step("設備グループマスター", Make<ConvExEntPlantPltGroup>),                               // B17
-    Step("設備マスター", Make<ConvExEntPlantPlant>),                                          // B18
-    Step("設備アクセス権組織", Make<ConvExEntPlantAccPltGroup>),                              // B19
-    Step("設備アクセス権ロール", Make<ConvExEntPlantAccPltRole>),                             // B20
-    Step("設備アクセス権ユーザー ", Make<ConvExEntPlantAccPltUser>),  // B21: the blank belongs to the label
-    Step("設備アクセス権全体", Make<ConvExEntPlantAccPltAll>),                                // B22
-    Step("機能管理者設定所属ユーザー（設備予約）", Make<ConvExEntPlantRModuleAssignUser>),    // B23
-    Step("索引マスター（設備予約）", Make<ConvExEntPlantIndex>),                              // B24
-    Step("設備予約個人設定", Make<ConvExEntPlantPPltSetting>),                                // B25
-    Step("設備情報インポートエクスポート順", Make<ConvExEntPlantPPltMstCsvindex>),            // B26
+    Step("設備予約共通設定", Make<ConvExEntPlantPltSetting>),
+    Step("設備予約利用目的", Make<ConvExEntPlantPltEvent>),
+    Step("設備グループマスター", Make<ConvExEntPlantPltGroup>),
+    Step("設備マスター", Make<ConvExEntPlantPlant>),
+    Step("設備アクセス権組織", Make<ConvExEntPlantAccPltGroup>),
+    Step("設備アクセス権ロール", Make<ConvExEntPlantAccPltRole>),
+    Step("設備アクセス権ユーザー ", Make<ConvExEntPlantAccPltUser>),  // the blank belongs to the label
+    Step("設備アクセス権全体", Make<ConvExEntPlantAccPltAll>),
+    Step("機能管理者設定所属ユーザー（設備予約）", Make<ConvExEntPlantRModuleAssignUser>),
+    Step("索引マスター（設備予約）", Make<ConvExEntPlantIndex>),
+    Step("設備予約個人設定", Make<ConvExEntPlantPPltSetting>),
+    Step("設備情報インポートエクスポート順", Make<ConvExEntPlantPPltMstCsvindex>),
     // Schedules
+    Step("スケジュール", Make<ConvExEntSchSchedule>),
+    Step("スケジュール繰返日", Make<ConvExEntSchSchRepdate>),
+    Step("スケジュール添付ファイル", Make<ConvExEntSchAttachSchedule>),
+    Step("スケジュール登録先", Make<ConvExEntSchScheduleOtherTo>),
+    Step("スケジュール登録先ユーザー情報/付箋/アラーム", Make<ConvExEntSchScheduleUserInfo>),
     // Alarms
     Step("アラーム共通設定", Make<ConvExEntAgentAlmSetting>),                                 // B32
     Step("アラーム個人設定", Make<ConvExEntAgentPrAlmSetting>),                               // B33
@@ -69,11 +80,11 @@ constexpr MainStep kMainSteps[] = {
     Step("スケジューラ", Make<ConvExEntAgentScheduler>),                                      // B35
     // Minutes
     Function("議事録"),
-    Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),     // B37
-    Step("索引マスター（議事録）", Make<ConvExEntAgendaIndex>),                               // B44
+    Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),
+    Step("索引マスター（議事録）", Make<ConvExEntAgendaIndex>),
     // Visitors
     Function("来訪者管理"),
-    Step("索引マスター（来訪者管理）", Make<ConvExEntVisitorIndex>),                          // B50
+    Step("索引マスター（来訪者管理）", Make<ConvExEntVisitorIndex>),
 };
 
 }  // namespace
