@@ -8,15 +8,24 @@
 #include <string>
 
 #include "MakeConvEToKiv/convplant/ConvExEntPlantMaster.h"
+#include "MakeConvEToKiv/convsch/ConvExEntSchSchedule.h"
 #include "MakeConvSToKiv/convstdplant/ConvExStdPlantGroup.h"
 #include "MakeConvSToKiv/convstdplant/ConvExStdPlantPlt.h"
 #include "MakeConvSToKiv/convstdplant/ConvExStdPlantSch.h"
 #include "MakeConvSToKiv/convstdplant/ConvExStdPlantSetting.h"
+#include "MakeConvSToKiv/convstdsch/ConvExStdSchSchUser.h"
 #include "StdRun.h"
 
 namespace fs = std::filesystem;
 
 namespace {
+
+// A schedule id as the target keeps it: 12 characters of lower-case base 36.
+std::string Base36(int id) {
+    std::string out(12, '0');
+    for (int i = 11; i >= 0 && id > 0; --i, id /= 36) out[i] = "0123456789abcdefghijklmnopqrstuvwxyz"[id % 36];
+    return out;
+}
 
 class PlantTest : public StdRunTest {
 protected:
@@ -101,6 +110,14 @@ TEST_F(PlantTest, FacilitiesKeepTheirPlaceAndRightsSurviveARetry) {
     EXPECT_EQ(LogWith("field=[assigngroup] value=[abc]").size(), 1u);
     // The deleted group and user vanish without a word.
     EXPECT_TRUE(LogWith("99").empty());
+
+    // A second run over these rows meets the index row inside the transaction
+    // and stops, leaving what is there.
+    {
+        ConvExStdPlantPlt again(&app_);
+        EXPECT_LT(RunA(again), 0);
+    }
+    EXPECT_EQ(Ent("SELECT count(*) FROM TM_PLANT"), "3");
 
     ConvExEntPlantPlant target(&app_);
     ASSERT_EQ(target.Run(), 0);
@@ -200,6 +217,75 @@ TEST_F(PlantTest, ReservationsArriveAsSchedulesWithDatesAndFiles) {
                       "FROM TT_ATTACH_PLT_SCHEDULE"),
               "1|101|1|a.txt|資料.txt|text/plain");
     EXPECT_EQ(LogWith("開始日付[2012041]が不正ですが処理を続行しました。").size(), 1u);
+
+    ConvExEntSchSchedule schedule(&app_);
+    ASSERT_EQ(schedule.Run(), 0);
+    ConvExEntSchSchRepdate repdate(&app_);
+    ASSERT_EQ(repdate.Run(), 0);
+    ConvExEntSchAttachSchedule attach(&app_);
+    ASSERT_EQ(attach.Run(), 0);
+    ConvExEntSchScheduleOtherTo otherTo(&app_);
+    ASSERT_EQ(otherTo.Run(), 0);
+    // 101 and 102 in base 36; 08:00 local is 23:00 UTC of the day before.
+    EXPECT_EQ(KivRows("SELECT concat_ws('|', ID, startdate, starttime, endtime, event) FROM TT_SCHEDULE "
+                      "WHERE ID = '00000000002t'"),
+              "00000000002t|20120331|2300|0100|会議");
+    EXPECT_EQ(Kiv("SELECT count(*) FROM TT_SCHEDULE"), "4");
+    EXPECT_EQ(KivRows("SELECT concat_ws('|', ID, otherto_type, SID_USER, SID_ASSIGN) FROM TT_SCHEDULE_OTHERTO "
+                      "ORDER BY ID"),
+              "00000000002t|4|0|1\n00000000002u|4|0|1\n00000000005l|4|0|2\n0000000000dx|4|0|5");
+    EXPECT_EQ(KivRows("SELECT concat_ws('|', ID, filename, dispname) FROM TT_ATTACH_SCHEDULE"),
+              "00000000002t|a.txt|資料.txt");
+    std::string copied;
+    for (const auto& entry : fs::recursive_directory_iterator(dir_ / "target"))
+        if (entry.is_regular_file() && entry.path().filename() == "a.txt")
+            copied = testsupport::ReadFile(entry.path().string());
+    EXPECT_EQ(copied, "contents");
+    EXPECT_EQ(Kiv("SELECT count(*) FROM TT_SCH_REPDATE WHERE ID = '00000000002u'"), "2");
+}
+
+// A reservation of each repeat kind arrives as the same entry of a user does.
+TEST_F(PlantTest, ReservationsOfEachRepeatKindArriveLikeAUsersEntries) {
+    const std::string entries[] = {
+        "startdate=20120402\nenddate=20120402\nstarttime=0830\nendtime=0930\n",
+        "startdate=20120402\nenddate=20120430\nstarttime=0800\nendtime=1000\nrepeat=d\n",
+        "startdate=20120402\nenddate=20120430\nstarttime=0800\nendtime=1000\nrepeat=w\neveryweekday=0100100\n",
+        "startdate=20120402\nenddate=20121231\nstarttime=0700\nendtime=0800\nrepeat=m\neverymonth=2\n",
+        "startdate=20120402\nenddate=20151231\nstarttime=1000\nendtime=1100\nrepeat=y\n",
+        "startdate=20120402\nenddate=20120430\nstarttime=0800\nendtime=0900\nrepeat=r\n"
+        "object dates\n1=20120403\n2=20120410\nend\n",
+    };
+    std::string plant, user;
+    for (int i = 0; i < 6; ++i) {
+        plant += "object " + std::to_string(301 + i) + "\n" + entries[i] + "end\n";
+        user += "object " + std::to_string(1301 + i) + "\n" + entries[i] + "end\n";
+    }
+    Store("data/setubi/plant/index", "a=1\n_lastid=1\n");
+    Store("data/setubi/plant/1/schedule", plant);
+    Store("data/user/1/schedule", user);
+    {
+        ConvExStdPlantSch sch(&app_);
+        ASSERT_EQ(RunA(sch), 0);
+        ConvExStdSchSchUser users(&app_);
+        ASSERT_EQ(RunA(users), 0);
+    }
+    ConvExEntSchSchedule schedule(&app_);
+    ASSERT_EQ(schedule.Run(), 0);
+    ConvExEntSchSchRepdate repdate(&app_);
+    ASSERT_EQ(repdate.Run(), 0);
+    EXPECT_EQ(schedule.FailedRows(), 0);
+    EXPECT_EQ(Kiv("SELECT count(*) FROM TT_SCHEDULE"), "12");
+    // The facility's and the user's copy of each entry agree on everything the
+    // shift to UTC touches.
+    auto columns = [&](int id) {
+        return KivRows("SELECT concat_ws('|', startdate, enddate, starttime, endtime, repeat, everyweekday,"
+                       " everymonth) FROM TT_SCHEDULE WHERE ID = '" + Base36(id) + "'");
+    };
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_NE(columns(301 + i), "") << 301 + i;
+        EXPECT_EQ(columns(301 + i), columns(1301 + i)) << 301 + i;
+    }
+    EXPECT_EQ(Kiv("SELECT count(*) FROM TT_SCH_REPDATE"), "4");
 }
 
 }  // namespace
