@@ -241,7 +241,7 @@ TEST_F(PlantTest, ReservationsArriveAsSchedulesWithDatesAndFiles) {
         if (entry.is_regular_file() && entry.path().filename() == "a.txt")
             copied = testsupport::ReadFile(entry.path().string());
     EXPECT_EQ(copied, "contents");
-    EXPECT_EQ(Kiv("SELECT count(*) FROM TT_SCH_REPDATE WHERE ID = '00000000002u'"), "2");
+    EXPECT_EQ(Kiv("SELECT count(*) FROM TT_SCH_REPDATE WHERE ID = '00000000002u'"), "3");
 }
 
 // A reservation of each repeat kind arrives as the same entry of a user does.
