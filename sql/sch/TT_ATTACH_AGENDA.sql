@@ -1,0 +1,1 @@
+SELECT SID_CORPORATE, agnid AS ID, ID AS topicid, filename AS FILENAME, dispname AS DISPNAME, mimetype, dispname AS logtitle FROM TT_ATTACH_AGENDA_TOPIC ORDER BY SID_CORPORATE, agnid, ID, SID_ATTACH
