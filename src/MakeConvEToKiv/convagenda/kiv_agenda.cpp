@@ -6,6 +6,8 @@
 #include <new>
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
+#include "MakeConvEToKiv/convsch/FillScheduleDates.h"
+#include "MakeConvLib/cxiosch/CiofSchedule.h"
 #include "base/comTime.h"
 #include "database/CdDB.h"
 
@@ -107,7 +109,18 @@ int32_t kiv_agenda::CollectColumns(const char* table, ConvRow& row) {
 }
 
 int32_t kiv_agenda::ShiftSelectedDate(const ConvRow& row, std::string& outDate) {
-    (void)row;
-    (void)outDate;
-    return 1;
+    try {
+        // The selected day is a one-day entry of the schedule's times and kind.
+        const char* startDate = FindColumn(row, "startdate");
+        ConvRow day;
+        AddColumn("startdate", startDate, kRowTypeText, day);
+        AddColumn("enddate", startDate, kRowTypeText, day);
+        for (const char* name : {"starttime", "endtime", "repeat"})
+            AddColumn(name, FindColumn(row, name), kRowTypeText, day);
+        CiofSchedule schedule;
+        return FillScheduleDates(day, schedule, &outDate, nullptr, nullptr, nullptr, nullptr, true);
+    } catch (const std::bad_alloc&) {
+        app->ReportError(kNoMemory, CONV_HERE, false, nullptr, nullptr);
+        return kNoMemory;
+    }
 }
