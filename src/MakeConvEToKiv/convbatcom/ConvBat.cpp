@@ -9,6 +9,7 @@
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvEToKiv/convcom/ConvDBRead.h"
+#include "MakeConvSToKiv/convstdcom/ConvExStd.h"
 #include "base/comFile.h"
 #include "database/CdDBConnection.h"
 
@@ -201,5 +202,29 @@ int32_t ConvBat::RunPrepare() {
 
 int32_t ConvBat::BeginMain() {
     app_->PutMessage("", 12, 0, 0);
+    return 0;
+}
+
+int32_t ConvBat::RunPrepareStep(ConvExStd* conv, const char* label) {
+    int32_t ret = app_->PutMessage(label, 1, 0, 0);
+    if (ret < 0) {
+        app_->ReportError(ret, CONV_HERE, true, nullptr, "ステータスファイルの書き込みに失敗しました。");
+        return ret;
+    }
+    ret = conv->OpenSource();
+    if (ret != 0) {
+        app_->PutMessage(label, 7, 0, 0);
+        return ret;
+    }
+    ret = conv->Convert();
+    if (ret != 0) {
+        app_->PutMessage(label, 7, 0, 0);
+        return ret;
+    }
+    ret = app_->PutMessage(label, 2, 0, 0);
+    if (ret < 0) {
+        app_->ReportError(ret, CONV_HERE, true, nullptr, "ステータスファイルの書き込みに失敗しました。");
+        return ret;
+    }
     return 0;
 }

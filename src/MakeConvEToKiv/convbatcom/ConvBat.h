@@ -9,7 +9,7 @@
 
 class ConvApp;
 class CdDBConnection;
-
+class ConvExStd;
 
 class ConvBat {
 public:
@@ -33,6 +33,9 @@ public:
     virtual const char* GetCleanScriptPath(bool isTarget, bool isIndex);
     virtual int32_t RunPrepare();
     virtual int32_t RunMain() = 0;
+    // One table of stage A: open, convert, with the status file's running,
+    // success and failure messages under label.
+    virtual int32_t RunPrepareStep(ConvExStd* conv, const char* label);
     virtual int32_t BeginMain();
 
 protected:

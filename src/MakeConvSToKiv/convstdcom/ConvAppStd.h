@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
@@ -51,8 +52,11 @@ public:
     // is tried again at the next request.
     ConvStdComIndex* GetIndex(const char* relativePath, bool hashed);
 
-    // Statements put aside for the next pass over a record; exact comparison.
+    // Statements put aside for the next pass over a record or owner; exact
+    // comparison, one hashed look-up per statement. Frames clear it before each
+    // record or owner, so it never holds more than one record's statements.
     bool IsRetryListEmpty() const { return retryList.empty(); }
+    std::size_t RetryListSize() const { return retryList.size(); }
     bool IsInRetryList(const char* text) const;
     void AddToRetryList(const char* text);
     void ClearRetryList() { retryList.clear(); }
@@ -63,5 +67,5 @@ protected:
     std::vector<int32_t> userIds;
     int32_t groupCount = -1;  // -1 until loaded
     int32_t userCount = -1;
-    std::vector<std::string> retryList;
+    std::unordered_set<std::string> retryList;
 };

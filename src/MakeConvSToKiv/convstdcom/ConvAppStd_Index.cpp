@@ -128,13 +128,13 @@ int32_t ConvAppStd::ExistsInIndex(const char* id, const char* kind) {
 
 bool ConvAppStd::IsInRetryList(const char* text) const {
     if (!text) return false;
-    return std::find(retryList.begin(), retryList.end(), text) != retryList.end();
+    return retryList.find(text) != retryList.end();
 }
 
 void ConvAppStd::AddToRetryList(const char* text) {
     if (!text) return;
     try {
-        retryList.emplace_back(text);
+        retryList.emplace(text);
     } catch (const std::bad_alloc&) {
         ReportError(-1102, CONV_HERE, false, nullptr, nullptr);
     }
