@@ -9,6 +9,7 @@
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvEToKiv/convcom/ConvDBRead.h"
+#include "MakeConvEToKiv/convcom/ConvExEnt.h"
 #include "MakeConvSToKiv/convstdcom/ConvExStd.h"
 #include "base/comFile.h"
 #include "database/CdDBConnection.h"
@@ -222,6 +223,25 @@ int32_t ConvBat::RunPrepareStep(ConvExStd* conv, const char* label) {
         return ret;
     }
     ret = app_->PutMessage(label, 2, 0, 0);
+    if (ret < 0) {
+        app_->ReportError(ret, CONV_HERE, true, nullptr, "ステータスファイルの書き込みに失敗しました。");
+        return ret;
+    }
+    return 0;
+}
+
+int32_t ConvBat::RunStep(ConvExEnt* conv, const char* label) {
+    int32_t ret = app_->PutMessage(label, 3, 0, 0);
+    if (ret < 0) {
+        app_->ReportError(ret, CONV_HERE, true, nullptr, "ステータスファイルの書き込みに失敗しました。");
+        return ret;
+    }
+    ret = conv->Run();
+    if (ret != 0) {
+        app_->PutMessage(label, 8, 0, 0);
+        return ret;
+    }
+    ret = app_->PutMessage(label, 5, 0, 0);
     if (ret < 0) {
         app_->ReportError(ret, CONV_HERE, true, nullptr, "ステータスファイルの書き込みに失敗しました。");
         return ret;

@@ -9,6 +9,7 @@
 
 class ConvApp;
 class CdDBConnection;
+class ConvExEnt;
 class ConvExStd;
 
 class ConvBat {
@@ -36,6 +37,8 @@ public:
     // One table of stage A: open, convert, with the status file's running,
     // success and failure messages under label.
     virtual int32_t RunPrepareStep(ConvExStd* conv, const char* label);
+    // One table of stage B: messages 3 and 5 around its Run, 8 when it fails.
+    virtual int32_t RunStep(ConvExEnt* conv, const char* label);
     virtual int32_t BeginMain();
 
 protected:

@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
-#include "MakeConvLib/iofcom/CMSioObjMsg.h"
 
 ConvBatSch::ConvBatSch(ConvApp* app) : ConvBat(app) { moduleDir_ = "schedule"; }
 
@@ -40,14 +39,4 @@ int32_t ConvBatSch::CleanFiles() {
 int32_t ConvBatSch::BeginMain() {
     app_->SetFunction("スケジュール、設備予約", false);
     return ConvBat::BeginMain();
-}
-
-int32_t ConvBatSch::RunMain() {
-    int32_t ret = LoadMessageFile("sch");
-    if (ret != 0) {
-        app_->ReportError(ret, CONV_HERE, true, "sch", "ローカルファイルの読み込みに失敗しました。");
-        return ret;
-    }
-    // The table conversions of stage B are added here in their fixed order.
-    return 0;
 }

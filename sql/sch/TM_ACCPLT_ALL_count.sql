@@ -1,0 +1,1 @@
+SELECT count(*) FROM TM_ACCPLT_ALL

@@ -1,0 +1,1 @@
+SELECT SID_CORPORATE, SID_MODULE, SUBCODE, lastid, to_char(now() AT TIME ZONE 'UTC', 'YYYYMMDDHH24MISS')::varchar AS cretime, to_char(now() AT TIME ZONE 'UTC', 'YYYYMMDDHH24MISS')::varchar AS updtime FROM TM_INDEX WHERE false
