@@ -2,6 +2,7 @@
 // alarms, then minutes and visitors, each as a function of its own.
 #include <memory>
 
+#include "MakeConvEToKiv/convagenda/ConvExEntAgenda.h"
 #include "MakeConvEToKiv/convagenda/ConvExEntAgendaIndex.h"
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvEToKiv/convcom/ConvExEnt.h"
@@ -10,6 +11,7 @@
 #include "MakeConvEToKiv/convsch/ConvExEntSchIndex.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPr.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPrAccess.h"
+#include "MakeConvEToKiv/convvisitor/ConvExEntVisitor.h"
 #include "MakeConvEToKiv/convvisitor/ConvExEntVisitorIndex.h"
 #include "MakeConvEToKiv/mainconvsch/ConvBatSch.h"
 #include "MakeConvLib/iofcom/CMSioObjMsg.h"
@@ -57,10 +59,22 @@ constexpr MainStep kMainSteps[] = {
     // Alarms
     // Minutes
     Function("議事録"),
+    Step("議事録共通設定", Make<ConvExEntAgendaAgendaSetting>),                               // B36
     Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),     // B37
+    Step("議事録個人設定", Make<ConvExEntAgendaPAgendaSetting>),                              // B38
+    Step("議事録", Make<ConvExEntAgendaAgenda>),                                              // B39
+    Step("議事録添付ファイル", Make<ConvExEntAgendaAttachAgenda>),                            // B40
+    Step("議事録議題", Make<ConvExEntAgendaAgendaTopic>),                                     // B41
+    Step("議事録議題索引", Make<ConvExEntAgendaIndexAgendaTopic>),                            // B42
+    Step("議事録参加者", Make<ConvExEntAgendaAgendaMember>),                                  // B43
     Step("索引マスター（議事録）", Make<ConvExEntAgendaIndex>),                               // B44
     // Visitors
     Function("来訪者管理"),
+    Step("来訪者共通設定", Make<ConvExEntVisitorVisitorSetting>),                             // B45
+    Step("応対場所マスター", Make<ConvExEntVisitorVisitorPlace>),                             // B46
+    Step("受付担当者設定", Make<ConvExEntVisitorVisitorReceptPlace>),                         // B47
+    Step("来訪者個人設定", Make<ConvExEntVisitorPVisitorSetting>),                            // B48
+    Step("来訪者情報", Make<ConvExEntVisitorVisitor>),                                        // B49
     Step("索引マスター（来訪者管理）", Make<ConvExEntVisitorIndex>),                          // B50
 };
 

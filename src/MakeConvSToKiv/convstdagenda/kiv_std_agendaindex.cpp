@@ -3,6 +3,8 @@
 
 #include <cstdio>
 
+#include "base/comSource.h"
+
 kiv_std_agendaindex::kiv_std_agendaindex(ConvApp* appIn, const char* indexPathIn, bool loadAllIn)
     : ConvStdComIDIndex(appIn, indexPathIn, loadAllIn) {
     SetHashedDirectory(true);
