@@ -82,6 +82,7 @@ protected:
         ASSERT_EQ(app_.Init("label"), 0);
         started_ = true;
         app_.SetAbortInTransaction(true);
+        app_.PutMessage("表", 3, 0, 0);  // a step's start names what its counts belong to
         app_.messages.clear();
     }
     void Sql(const std::string& sql) {
@@ -124,7 +125,7 @@ TEST_F(ConvExEntTest, RowsLeftOutCountAsFailedAndTheTableGoesOnToItsClosingCount
     EXPECT_EQ(Value("SELECT string_agg(id::text, ',' ORDER BY id) FROM t_dst"), "1,2,5");
     const std::vector<Msg> expected = {{4, 5, 1}, {4, 5, 2}, {4, 5, 3}, {4, 5, 4}, {6, 5, 2}, {6, 5, 2}};
     EXPECT_EQ(app_.messages, expected);
-    EXPECT_EQ(LastStatusMessage(), "5件移行が終了しました。(成功：3 失敗：2)");
+    EXPECT_EQ(LastStatusMessage(), "表 5件移行が終了しました。(成功：3 失敗：2)");
     const std::vector<std::string> log = UserLog();
     EXPECT_NE(std::find(log.begin(), log.end(), "[WARN] t_dst [ID=2] 重複エラーが発生しましたが処理を続行しました。"),
               log.end());
@@ -159,7 +160,7 @@ TEST_F(ConvExEntTest, CountFileThatDisagreesNeverShowsTheClosingCount) {
     // Every second row, and the forced one at the end.
     const std::vector<Msg> expected = {{4, 5, 2}, {4, 5, 3}};
     EXPECT_EQ(app_.messages, expected);
-    EXPECT_EQ(LastStatusMessage(), "5件中3件が移行済みです。");
+    EXPECT_EQ(LastStatusMessage(), "表 5件中3件が移行済みです。");
     EXPECT_EQ(app_.StatusWord(), 0);
 }
 

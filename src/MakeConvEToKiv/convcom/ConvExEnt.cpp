@@ -82,6 +82,10 @@ int32_t ConvExEnt::ReadSqlFile(const char* name) {
 }
 
 int32_t ConvExEnt::Open() {
+    if (!readConnection || !writeConnection) {
+        app->ReportError(kDbBadArgument, CONV_HERE, false, nullptr, nullptr);
+        return kDbBadArgument;
+    }
     readConnection->SetTransactional(false);
     int32_t ret = CountRows();
     if (ret != 0) {
@@ -132,6 +136,10 @@ int32_t ConvExEnt::CountRows() {
 }
 
 int32_t ConvExEnt::Convert() {
+    if (!reader) {
+        app->ReportError(kDbBadArgument, CONV_HERE, false, nullptr, nullptr);
+        return kDbBadArgument;
+    }
     writeConnection->SetTransactional(useTransaction);
     std::unique_ptr<ConvDBEntry> writer = NewWriter();
     if (!writer) {
@@ -213,8 +221,10 @@ int32_t ConvExEnt::Checkpoint(CdDBConnection* connection, int32_t rowCount, bool
         }
     }
     if (totalRows < 0) return 0;
-    if (totalRows != rowCount) return app->PutMessage("", 4, totalRows, rowCount);
-    return app->PutMessage("", 6, totalRows, failedRows);
+    // No name of its own: the step's label, given at its start, names the count
+    // and the function's closing summary.
+    if (totalRows != rowCount) return app->PutMessage(nullptr, 4, totalRows, rowCount);
+    return app->PutMessage(nullptr, 6, totalRows, failedRows);
 }
 
 int32_t ConvExEnt::RollbackWriter(CdDBConnection* connection, int32_t code) {

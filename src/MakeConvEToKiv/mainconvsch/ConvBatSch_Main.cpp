@@ -38,44 +38,44 @@ constexpr MainStep Function(const char* label) { return {label, nullptr}; }
 // A table enters this list once its conversion exists.
 constexpr MainStep kMainSteps[] = {
     // Schedule masters
-    Step("機能管理者設定所属ユーザー（スケジュール）", Make<ConvExEntSchRModuleAssignUser>),  // B5
-    Step("索引マスター（スケジュール）", Make<ConvExEntSchIndex>),                            // B6
-    Step("スケジュール個人設定", Make<ConvExEntSchPrSchSetting>),                             // B7
-    Step("個人スケジュール予定マスター", Make<ConvExEntSchPrSchEvent>),                       // B8
-    Step("個人スケジュール場所マスター", Make<ConvExEntSchPrSchPlace>),                       // B9
-    Step("個人表示グループマスター", Make<ConvExEntSchPrDispGroup>),                          // B10
-    Step("ユーザーアクセス権組織", Make<ConvExEntSchPrAccessGroup>),                          // B11
-    Step("ユーザーアクセス権ロール", Make<ConvExEntSchPrAccessRole>),                         // B12
-    Step("ユーザーアクセス権ユーザー", Make<ConvExEntSchPrAccessUser>),                       // B13
-    Step("ユーザーアクセス権全体", Make<ConvExEntSchPrAccessAll>),                            // B14
+    Step("機能管理者設定所属ユーザー（スケジュール）", Make<ConvExEntSchRModuleAssignUser>),
+    Step("索引マスター（スケジュール）", Make<ConvExEntSchIndex>),
+    Step("スケジュール個人設定", Make<ConvExEntSchPrSchSetting>),
+    Step("個人スケジュール予定マスター", Make<ConvExEntSchPrSchEvent>),
+    Step("個人スケジュール場所マスター", Make<ConvExEntSchPrSchPlace>),
+    Step("個人表示グループマスター", Make<ConvExEntSchPrDispGroup>),
+    Step("ユーザーアクセス権組織", Make<ConvExEntSchPrAccessGroup>),
+    Step("ユーザーアクセス権ロール", Make<ConvExEntSchPrAccessRole>),
+    Step("ユーザーアクセス権ユーザー", Make<ConvExEntSchPrAccessUser>),
+    Step("ユーザーアクセス権全体", Make<ConvExEntSchPrAccessAll>),
     // Facility masters
-    Step("設備アクセス権組織", Make<ConvExEntPlantAccPltGroup>),                              // B19
-    Step("設備アクセス権ロール", Make<ConvExEntPlantAccPltRole>),                             // B20
-    Step("設備アクセス権ユーザー ", Make<ConvExEntPlantAccPltUser>),  // B21: the blank belongs to the label
-    Step("設備アクセス権全体", Make<ConvExEntPlantAccPltAll>),                                // B22
-    Step("機能管理者設定所属ユーザー（設備予約）", Make<ConvExEntPlantRModuleAssignUser>),    // B23
-    Step("索引マスター（設備予約）", Make<ConvExEntPlantIndex>),                              // B24
+    Step("設備アクセス権組織", Make<ConvExEntPlantAccPltGroup>),
+    Step("設備アクセス権ロール", Make<ConvExEntPlantAccPltRole>),
+    Step("設備アクセス権ユーザー ", Make<ConvExEntPlantAccPltUser>),  // the blank belongs to the label
+    Step("設備アクセス権全体", Make<ConvExEntPlantAccPltAll>),
+    Step("機能管理者設定所属ユーザー（設備予約）", Make<ConvExEntPlantRModuleAssignUser>),
+    Step("索引マスター（設備予約）", Make<ConvExEntPlantIndex>),
     // Schedules
     // Alarms
     // Minutes
     Function("議事録"),
-    Step("議事録共通設定", Make<ConvExEntAgendaAgendaSetting>),                               // B36
-    Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),     // B37
-    Step("議事録個人設定", Make<ConvExEntAgendaPAgendaSetting>),                              // B38
-    Step("議事録", Make<ConvExEntAgendaAgenda>),                                              // B39
-    Step("議事録添付ファイル", Make<ConvExEntAgendaAttachAgenda>),                            // B40
-    Step("議事録議題", Make<ConvExEntAgendaAgendaTopic>),                                     // B41
-    Step("議事録議題索引", Make<ConvExEntAgendaIndexAgendaTopic>),                            // B42
-    Step("議事録参加者", Make<ConvExEntAgendaAgendaMember>),                                  // B43
-    Step("索引マスター（議事録）", Make<ConvExEntAgendaIndex>),                               // B44
+    Step("議事録共通設定", Make<ConvExEntAgendaAgendaSetting>),
+    Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),
+    Step("議事録個人設定", Make<ConvExEntAgendaPAgendaSetting>),
+    Step("議事録", Make<ConvExEntAgendaAgenda>),
+    Step("議事録添付ファイル", Make<ConvExEntAgendaAttachAgenda>),
+    Step("議事録議題", Make<ConvExEntAgendaAgendaTopic>),
+    Step("議事録議題索引", Make<ConvExEntAgendaIndexAgendaTopic>),
+    Step("議事録参加者", Make<ConvExEntAgendaAgendaMember>),
+    Step("索引マスター（議事録）", Make<ConvExEntAgendaIndex>),
     // Visitors
     Function("来訪者管理"),
-    Step("来訪者共通設定", Make<ConvExEntVisitorVisitorSetting>),                             // B45
-    Step("応対場所マスター", Make<ConvExEntVisitorVisitorPlace>),                             // B46
-    Step("受付担当者設定", Make<ConvExEntVisitorVisitorReceptPlace>),                         // B47
-    Step("来訪者個人設定", Make<ConvExEntVisitorPVisitorSetting>),                            // B48
-    Step("来訪者情報", Make<ConvExEntVisitorVisitor>),                                        // B49
-    Step("索引マスター（来訪者管理）", Make<ConvExEntVisitorIndex>),                          // B50
+    Step("来訪者共通設定", Make<ConvExEntVisitorVisitorSetting>),
+    Step("応対場所マスター", Make<ConvExEntVisitorVisitorPlace>),
+    Step("受付担当者設定", Make<ConvExEntVisitorVisitorReceptPlace>),
+    Step("来訪者個人設定", Make<ConvExEntVisitorPVisitorSetting>),
+    Step("来訪者情報", Make<ConvExEntVisitorVisitor>),
+    Step("索引マスター（来訪者管理）", Make<ConvExEntVisitorIndex>),
 };
 
 }  // namespace
