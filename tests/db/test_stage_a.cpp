@@ -305,6 +305,7 @@ TEST_F(StageATest, AdministratorStepsFillTheirTables) {
     Store("data/group/4/info", "object 4\nName=総務\nend\n");
     Store("data/group/3/setubi/admin", "a=7\n");
     Store("data/group/4/agenda/admin", "a=8\na=9\n");
+    Store("data/user/index", "_lastid=0\n");  // every store has its user index
     ConvBatSchStd bat(&app_);
     EXPECT_EQ(bat.RunPrepare(), 0);
     EXPECT_EQ(Value("SELECT string_agg(ID::text, ',' ORDER BY ID) FROM TM_PLT_ADMIN_COMMON"), "5,6");
@@ -331,6 +332,7 @@ TEST(StageARun, FailingStepStopsTheRunBeforeStageB) {
     WriteFile(dir / "store/data/group/nogroup/setubi/admin", "a=5\n");
     WriteFile(dir / "store/data/group/index", "g=3\n_lastid=3\n");
     WriteFile(dir / "store/data/group/3/setubi/admin", "a=6\n");
+    WriteFile(dir / "store/data/user/index", "_lastid=0\n");
     Args args({"convsch", dir.Path(), "0", "create", dir / "store", c.Host(), c.PortText(), c.User(), c.Password(),
                dir / "target", c.Host(), c.PortText(), c.User(), c.Password(), "stagea_ent", "stagea_kiv"});
     ChildResult r = RunInChild(RunProgram, &args);
