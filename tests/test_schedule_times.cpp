@@ -25,14 +25,16 @@ TEST(SchTimeStr, SignedValuesAndHoursPast23) {
     EXPECT_EQ(t.SetStr("7200"), -13007);
     EXPECT_TRUE(t.IsEmpty());
     EXPECT_EQ(t.SetStr("-7200"), -13007);
-    EXPECT_EQ(t.SetStr("2460"), -13007);
-    EXPECT_EQ(t.SetStr("12345"), -10007);
+    EXPECT_EQ(t.SetStr("1a00"), -10007);
+    EXPECT_EQ(t.SetStr("123456"), -62);
     EXPECT_EQ(t.SetInt(-130), 0);
     EXPECT_STREQ(t.GetStr(), "-0130");
     EXPECT_EQ(t.SetInt(5), 0);
     EXPECT_STREQ(t.GetStr(), "0005");
-    EXPECT_EQ(t.SetStrLen("0930  ", 6), 0);
+    EXPECT_EQ(t.SetStrLen("0930xx", 4), 0);
     EXPECT_STREQ(t.GetStr(), "0930");
+    EXPECT_EQ(t.SetStrLen("930 ", 4), 0);
+    EXPECT_STREQ(t.GetStr(), "930");
 }
 
 TEST(SchTimeStr, AddTimeIsSignedDurationArithmetic) {
@@ -193,6 +195,15 @@ TEST(ScheduleToUtc, DateListAndExceptedDatesMoveWithTheStart) {
     EXPECT_EQ(schedule.exceptDates, (std::vector<int32_t>{20120229, 0}));
     EXPECT_STREQ(schedule.endDate.GetStr(), "20120309");
 
+    // A repeat date moves with the schedule's start time, or its end time.
+    CiofSchedule onDate;
+    ASSERT_EQ(FillScheduleOnDate(Row(nullptr, nullptr, "0800", "2430", "w"), "20120301", onDate, true), 0);
+    EXPECT_STREQ(onDate.startDate.GetStr(), "20120229");
+    EXPECT_STREQ(onDate.endTime.GetStr(), "3930");
+    CiofSchedule endOnly;
+    ASSERT_EQ(FillScheduleOnDate(Row(nullptr, nullptr, "", "0500", "d"), "20120301", endOnly, true), 0);
+    EXPECT_STREQ(endOnly.startDate.GetStr(), "20120229");
+
     // A later start time leaves the list as it is.
     CiofSchedule late;
     late.listDates = {20120305};
@@ -219,8 +230,10 @@ TEST(ScheduleToUtc, RowRulesWithoutShiftAndFailures) {
     EXPECT_NE(ret, 0);
     Convert(Row("20130101", "20130101", "0800", "0900", "x"), &ret);
     EXPECT_EQ(ret, -10007);
-    Convert(Row("20130101", "20130101", "ab00", "0900", ""), &ret);
-    EXPECT_NE(ret, 0);
+    Convert(Row("20130101", "20130101", "0800", "ab00", ""), &ret);
+    EXPECT_EQ(ret, -10007);
+    // The start-time cap compares text, so a broken start time becomes 2355.
+    EXPECT_EQ(Convert(Row("20130101", "20130101", "ab00", "", "")).startTime, "1455");
     EXPECT_EQ(FillScheduleDates(ConvRow{}, schedule, nullptr, nullptr, nullptr, nullptr, nullptr, true), -99);
 
     // A time without any date is refused by the shift itself.

@@ -2,6 +2,7 @@
 // dates and times, and the shift to UTC.
 #include "MakeConvEToKiv/convsch/FillScheduleDates.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "MakeConvLib/cmsbase/comTrace.h"
@@ -28,22 +29,17 @@ std::string PadEveryWeekday(const char* value) {
     return std::string(kWeekdays - text.size(), '0') + text;
 }
 
-int FillScheduleDates(const ConvRow& row, CiofSchedule& schedule, std::string* outStartDate,
-                      std::string* outEndDate, std::string* outStartTime, std::string* outEndTime,
-                      std::string* outEveryWeekday, bool toUtc) {
-    if (!outStartDate) return CS3_ERR_ARGUMENT;
-    const char* startDate = ValueOf(row, "startdate");
-    const char* endDate = ValueOf(row, "enddate");
+namespace {
+
+// Steps shared by both fillers: the time rules, the fields, the shift.
+int FillFromRow(const ConvRow& row, const char* startDate, const char* endDate, CiofSchedule& schedule,
+                bool toUtc) {
     const char* startTime = ValueOf(row, "starttime");
     const char* endTime = ValueOf(row, "endtime");
     const char* repeat = ValueOf(row, "repeat");
     const char* everyWeek = ValueOf(row, "everyweek");
     const std::string everyWeekday = PadEveryWeekday(ValueOf(row, "everyweekday"));
 
-    if (!endDate)
-        endDate = kScheduleOpenEnd;
-    else if (std::strcmp(endDate, "21000101") >= 0)
-        endDate = kScheduleLastEnd;
     if (startTime && std::strcmp(startTime, "2400") >= 0) startTime = "2355";
     // A repeat ends within its day: 2430 is half past midnight of that day.
     char wrapped[8] = {};
@@ -59,21 +55,32 @@ int FillScheduleDates(const ConvRow& row, CiofSchedule& schedule, std::string* o
     if (ret == 0) ret = schedule.repeat.SetStr(repeat);
     if (ret == 0 && everyWeek) ret = schedule.everyWeek.SetStr(everyWeek);
     if (ret == 0) ret = schedule.everyWeekday.SetStr(everyWeekday.c_str());
-    if (ret != 0) {
-        comTrace("[%s:%d]ret[%d]", CONV_HERE, ret);
-        return ret;
-    }
-    if (toUtc) {
-        ret = schedule.ToUtc();
-        if (ret != 0) {
-            comTrace("[%s:%d]ret[%d]", CONV_HERE, ret);
-            return ret;
-        }
-    }
+    if (ret == 0 && toUtc) ret = schedule.ToUtc();
+    if (ret != 0) comTrace("[%s:%d]ret[%d]", CONV_HERE, ret);
+    return ret;
+}
+
+}  // namespace
+
+int FillScheduleDates(const ConvRow& row, CiofSchedule& schedule, std::string* outStartDate,
+                      std::string* outEndDate, std::string* outStartTime, std::string* outEndTime,
+                      std::string* outEveryWeekday, bool toUtc) {
+    if (!outStartDate) return CS3_ERR_ARGUMENT;
+    const char* endDate = ValueOf(row, "enddate");
+    if (!endDate)
+        endDate = kScheduleOpenEnd;
+    else if (std::strcmp(endDate, "21000101") >= 0)
+        endDate = kScheduleLastEnd;
+    const int ret = FillFromRow(row, ValueOf(row, "startdate"), endDate, schedule, toUtc);
+    if (ret != 0) return ret;
     *outStartDate = schedule.startDate.GetStr();
     if (outEndDate) *outEndDate = schedule.endDate.GetStr();
     if (outStartTime) *outStartTime = schedule.startTime.GetStr();
     if (outEndTime) *outEndTime = schedule.endTime.GetStr();
     if (outEveryWeekday) *outEveryWeekday = schedule.everyWeekday.GetStr();
     return 0;
+}
+
+int FillScheduleOnDate(const ConvRow& row, const char* date, CiofSchedule& schedule, bool toUtc) {
+    return FillFromRow(row, date, date, schedule, toUtc);
 }

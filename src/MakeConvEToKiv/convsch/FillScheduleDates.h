@@ -23,6 +23,11 @@ int FillScheduleDates(const ConvRow& row, CiofSchedule& schedule, std::string* o
                       std::string* outEndDate, std::string* outStartTime, std::string* outEndTime,
                       std::string* outEveryWeekday, bool toUtc);
 
+// The same rules with start and end date both taken from date (a repeat
+// date, a minute's selected day) instead of the row's dates: the caller reads
+// the result from schedule. 0 or the code of the failing field or shift.
+int FillScheduleOnDate(const ConvRow& row, const char* date, CiofSchedule& schedule, bool toUtc);
+
 // The week-day set as seven characters: digits only and shorter than seven
 // gets leading zeros ("100000" is "0100000"); any other text is kept.
 std::string PadEveryWeekday(const char* value);
