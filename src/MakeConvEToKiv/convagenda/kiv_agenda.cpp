@@ -111,14 +111,10 @@ int32_t kiv_agenda::CollectColumns(const char* table, ConvRow& row) {
 int32_t kiv_agenda::ShiftSelectedDate(const ConvRow& row, std::string& outDate) {
     try {
         // The selected day is a one-day entry of the schedule's times and kind.
-        const char* startDate = FindColumn(row, "startdate");
-        ConvRow day;
-        AddColumn("startdate", startDate, kRowTypeText, day);
-        AddColumn("enddate", startDate, kRowTypeText, day);
-        for (const char* name : {"starttime", "endtime", "repeat"})
-            AddColumn(name, FindColumn(row, name), kRowTypeText, day);
         CiofSchedule schedule;
-        return FillScheduleDates(day, schedule, &outDate, nullptr, nullptr, nullptr, nullptr, true);
+        const int ret = FillScheduleOnDate(row, FindColumn(row, "startdate"), schedule, true);
+        if (ret == 0) outDate = schedule.startDate.GetStr();
+        return ret;
     } catch (const std::bad_alloc&) {
         app->ReportError(kNoMemory, CONV_HERE, false, nullptr, nullptr);
         return kNoMemory;
