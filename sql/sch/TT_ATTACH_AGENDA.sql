@@ -1,1 +1,1 @@
-SELECT SID_CORPORATE, agnid AS ID, ID AS topicid, filename AS FILENAME, dispname AS DISPNAME, mimetype, dispname AS logtitle FROM TT_ATTACH_AGENDA_TOPIC ORDER BY SID_CORPORATE, agnid, ID, SID_ATTACH
+SELECT t.SID_CORPORATE, t.agnid AS ID, t.ID AS topicid, t.filename AS FILENAME, t.dispname AS DISPNAME, t.mimetype, t.dispname AS logtitle FROM TT_ATTACH_AGENDA_TOPIC t ORDER BY t.SID_CORPORATE, t.agnid, t.ID, t.SID_ATTACH
