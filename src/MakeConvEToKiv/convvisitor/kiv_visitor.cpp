@@ -33,6 +33,8 @@ int32_t kiv_visitor::Entry(const char* table, ConvRow& row) {
 int32_t kiv_visitor::AddColumnValue(const char* name, const char* value, uint32_t type) {
     if (name && strcasecmp(name, "ID") == 0) return 0;
     if (name && strcasecmp(name, "SID_SCHEDULE") == 0) {
+        // An empty link is no link: the visitor stands without a schedule.
+        if (!value || !*value) return 0;
         char id[kCdDBBase36Size] = {};
         const int ret = MakeBase36Id(value, id);
         if (ret != 0) {
