@@ -1,14 +1,30 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds convsch, starts a throwaway PostgreSQL cluster
-# in a temporary directory, loads the working and target schemas, and runs the
-# migration on the shipped example (examples/store into examples/target), then
-# the clean-up. Shows the status files and logs; removes everything at the end.
+# in a temporary directory, loads the working and target schemas, and migrates
+# the shipped example (examples/store into a copy of examples/target). Then it
+# shows what the run did: the status file, the run's account (convsch-report,
+# when it is built) or else the user log, and the rows of every target table.
+#
+#   scripts/demo.sh           run, show, remove the cluster
+#   scripts/demo.sh --keep    leave the cluster running to look at it with psql
+#   scripts/demo.sh --clean   also run the clean mode afterwards
 set -euo pipefail
 cd "$(dirname "$0")/.."
 repo=$(pwd)
+keep=0
+clean=0
+for arg in "$@"; do
+  case $arg in
+    --keep) keep=1 ;;
+    --clean) clean=1 ;;
+    *) echo "usage: $0 [--keep] [--clean]" >&2; exit 2 ;;
+  esac
+done
 scripts/install-deps.sh
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build -j "$(nproc 2>/dev/null || echo 2)" --target convsch
+targets=(convsch)
+grep -q 'convsch-report' CMakeLists.txt && targets+=(convsch-report)
+cmake --build build -j "$(nproc 2>/dev/null || echo 2)" --target "${targets[@]}"
 
 bindir=$(ls -d /usr/lib/postgresql/*/bin 2>/dev/null | sort -V | tail -n 1)
 [ -x "$bindir/initdb" ] || { echo "initdb not found under /usr/lib/postgresql" >&2; exit 1; }
@@ -20,6 +36,7 @@ if [ "$(id -u)" -eq 0 ]; then
 fi
 port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])')
 cleanup() {
+  if [ "$keep" -eq 1 ]; then return; fi
   "${as_pg[@]}" "$bindir/pg_ctl" -D "$work/pgdata" -m fast -w stop >/dev/null 2>&1 || true
   rm -rf "$work"
 }
@@ -55,11 +72,43 @@ run() {
 }
 
 run create
-echo "-- conv/sch.sts"; cat "$root/conv/sch.sts"
-echo "-- conv/log/sch.log"; cat "$root/conv/log/sch.log"
-echo "-- conv/log/sch_trace.log, decoded"; scripts/decode-trace "$root/conv/log/sch_trace.log"
-echo "-- rows in the working database"
-"${psql[@]}" -d convent -At -c "SELECT relname || ': ' || n_live_tup FROM pg_stat_user_tables WHERE n_live_tup > 0 ORDER BY relname"
+echo
+echo "-- conv/sch.sts"
+cat "$root/conv/sch.sts"
+if [ -x build/convsch-report ]; then
+  echo
+  echo "-- build/convsch-report $root"
+  build/convsch-report "$root" || echo "(convsch-report exited with $?)"
+else
+  echo
+  echo "-- conv/log/sch.log"
+  cat "$root/conv/log/sch.log"
+fi
 
-run clean
-echo "-- conv/sch_clean.sts"; cat "$root/conv/sch_clean.sts"
+# Exact row counts of every table of the target database, in one statement.
+count_sql="SELECT rpad(table_name, 28) || (xpath('/row/n/text()',
+    query_to_xml(format('SELECT count(*) AS n FROM %I', table_name), false, true, '')))[1]::text
+  FROM information_schema.tables WHERE table_schema = 'public' AND table_type = 'BASE TABLE'
+  ORDER BY lower(table_name)"
+echo
+echo "-- rows in every table of the target database (convkiv)"
+"${psql[@]}" -d convkiv -At -c "$count_sql"
+echo
+echo "-- the trace log for engineers: scripts/decode-trace $root/conv/log/sch_trace.log"
+
+if [ "$clean" -eq 1 ]; then
+  run clean
+  echo "-- conv/sch_clean.sts"; cat "$root/conv/sch_clean.sts"
+fi
+
+echo
+if [ "$keep" -eq 1 ]; then
+  echo "The cluster keeps running. Look at the target with"
+  echo "  psql -h 127.0.0.1 -p $port -U demo convkiv"
+  echo "(the working database is convent; the work root is $root)."
+  echo "Stop it and remove everything with"
+  echo "  ${as_pg[*]}${as_pg[*]:+ }$bindir/pg_ctl -D $work/pgdata -m fast stop && rm -rf $work"
+else
+  echo "The cluster and its files are removed now; run scripts/demo.sh --keep to look"
+  echo "at the target yourself with psql -h 127.0.0.1 -p PORT -U demo convkiv."
+fi
