@@ -93,8 +93,6 @@ count_sql="SELECT rpad(table_name, 28) || (xpath('/row/n/text()',
 echo
 echo "-- rows in every table of the target database (convkiv)"
 "${psql[@]}" -d convkiv -At -c "$count_sql"
-echo
-echo "-- the trace log for engineers: scripts/decode-trace $root/conv/log/sch_trace.log"
 
 if [ "$clean" -eq 1 ]; then
   run clean
@@ -105,7 +103,8 @@ echo
 if [ "$keep" -eq 1 ]; then
   echo "The cluster keeps running. Look at the target with"
   echo "  psql -h 127.0.0.1 -p $port -U demo convkiv"
-  echo "(the working database is convent; the work root is $root)."
+  echo "(the working database is convent; the work root is $root;"
+  echo "the trace log for engineers: scripts/decode-trace $root/conv/log/sch_trace.log)."
   echo "Stop it and remove everything with"
   echo "  ${as_pg[*]}${as_pg[*]:+ }$bindir/pg_ctl -D $work/pgdata -m fast stop && rm -rf $work"
 else
