@@ -2,6 +2,7 @@
 // alarms, then minutes and visitors, each as a function of its own.
 #include <memory>
 
+#include "MakeConvEToKiv/convagenda/ConvExEntAgenda.h"
 #include "MakeConvEToKiv/convagenda/ConvExEntAgendaIndex.h"
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvEToKiv/convcom/ConvExEnt.h"
@@ -12,6 +13,7 @@
 #include "MakeConvEToKiv/convsch/ConvExEntSchPr.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPrAccess.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchSchedule.h"
+#include "MakeConvEToKiv/convvisitor/ConvExEntVisitor.h"
 #include "MakeConvEToKiv/convvisitor/ConvExEntVisitorIndex.h"
 #include "MakeConvEToKiv/mainconvsch/ConvBatSch.h"
 #include "MakeConvLib/iofcom/CMSioObjMsg.h"
@@ -68,10 +70,22 @@ constexpr MainStep kMainSteps[] = {
     // Alarms
     // Minutes
     Function("議事録"),
+    Step("議事録共通設定", Make<ConvExEntAgendaAgendaSetting>),
     Step("機能管理者設定所属ユーザー（議事録）", Make<ConvExEntAgendaRModuleAssignUser>),
+    Step("議事録個人設定", Make<ConvExEntAgendaPAgendaSetting>),
+    Step("議事録", Make<ConvExEntAgendaAgenda>),
+    Step("議事録添付ファイル", Make<ConvExEntAgendaAttachAgenda>),
+    Step("議事録議題", Make<ConvExEntAgendaAgendaTopic>),
+    Step("議事録議題索引", Make<ConvExEntAgendaIndexAgendaTopic>),
+    Step("議事録参加者", Make<ConvExEntAgendaAgendaMember>),
     Step("索引マスター（議事録）", Make<ConvExEntAgendaIndex>),
     // Visitors
     Function("来訪者管理"),
+    Step("来訪者共通設定", Make<ConvExEntVisitorVisitorSetting>),
+    Step("応対場所マスター", Make<ConvExEntVisitorVisitorPlace>),
+    Step("受付担当者設定", Make<ConvExEntVisitorVisitorReceptPlace>),
+    Step("来訪者個人設定", Make<ConvExEntVisitorPVisitorSetting>),
+    Step("来訪者情報", Make<ConvExEntVisitorVisitor>),
     Step("索引マスター（来訪者管理）", Make<ConvExEntVisitorIndex>),
 };
 
