@@ -713,6 +713,9 @@ CREATE TABLE TMPR_ALM_SETTING (
 
 -- data/user/<id>/agent/schedule: a user's notification plan. SENDTIMES is the
 -- list of valid send times, local, as numbers joined by commas ("900,1730").
+-- SENDLASTDATE/SENDLASTTIME (local YYYYMMDD, HHMM) are the last sending of an
+-- Enterprise-edition working database; the flat store has none, so stage A
+-- leaves them NULL.
 CREATE TABLE TMPR_AGENT (
     SID_CORPORATE   integer NOT NULL DEFAULT 1,
     SID_USER        integer NOT NULL,
@@ -726,6 +729,8 @@ CREATE TABLE TMPR_AGENT (
     senddate2       integer,
     sendholiday     varchar,
     SENDTIMES       varchar,
+    SENDLASTDATE    varchar,
+    SENDLASTTIME    varchar,
     PRIMARY KEY (SID_CORPORATE, SID_USER)
 );
 
