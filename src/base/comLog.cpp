@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "base/comClock.h"
+#include "base/comStr.h"
 #include "base/comTime.h"
 
 namespace {
@@ -27,10 +29,11 @@ std::vector<NumberedLog> g_numbered;
 
 // "YYYY/MM/DD hh:mm:ss" in the fixed local zone, with ".mmm" when millis is set.
 void FormatNow(char* out, std::size_t size, bool millis) {
-    char date[16] = {}, time[16] = {};
-    comTimeNowLocal(date, time);
+    // One reading of the clock for the whole stamp.
     timespec now{};
     comClockNow(&now);
+    char date[16] = {}, time[16] = {};
+    comTimeLocalAt(now, date, time);
     if (millis)
         snprintf(out, size, "%.4s/%.2s/%.2s %.2s:%.2s:%.2s.%03d ", date, date + 4, date + 6, time,
                  time + 2, time + 4, static_cast<int>(now.tv_nsec / 1000000));
@@ -47,6 +50,13 @@ void AppendLine(const char* path, bool millis, const char* format, va_list args)
     std::vector<char> text(8192);
     int n = vsnprintf(text.data(), text.size(), format, args);
     std::size_t len = n < 0 ? 0 : std::min<std::size_t>(static_cast<std::size_t>(n), text.size() - 1);
+    if (n >= 0 && static_cast<std::size_t>(n) >= text.size()) {
+        // Too long for one line: cut between characters and end the line, so
+        // that the next entry starts a line of its own.
+        comUtf8CutBytes(text.data(), static_cast<int>(text.size() - 2), true);
+        len = std::strlen(text.data());
+        text[len++] = '\n';
+    }
     std::string line = stamp;
     line.append(text.data(), len);
     const char* p = line.data();

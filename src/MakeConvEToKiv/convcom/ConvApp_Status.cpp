@@ -13,6 +13,7 @@
 #include "base/comClock.h"
 #include "base/comFile.h"
 #include "base/comLog.h"
+#include "base/comStr.h"
 #include "base/comTime.h"
 
 namespace {
@@ -107,8 +108,10 @@ void ConvApp::ReportError(int32_t code, const char* source, int line, bool show,
         std::vector<char> buf(kTextMax);
         va_list args;
         va_start(args, format);
-        vsnprintf(buf.data(), buf.size(), format, args);
+        const int n = vsnprintf(buf.data(), buf.size(), format, args);
         va_end(args);
+        // A cut text ends between characters.
+        if (n >= static_cast<int>(buf.size())) comUtf8CutBytes(buf.data(), static_cast<int>(buf.size() - 1), true);
         text = buf.data();
     }
     std::string body;
