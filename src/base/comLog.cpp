@@ -20,6 +20,7 @@ namespace {
 
 constexpr std::size_t kPathMax = 1024;
 char g_logPath[kPathMax] = {};
+bool g_notesEncoded = false;
 
 struct NumberedLog {
     int number;
@@ -91,6 +92,49 @@ void comDebugLog(const char* format, ...) {
     va_start(args, format);
     AppendLine(g_logPath, true, format, args);
     va_end(args);
+}
+
+void comDebugLogV(const char* format, va_list args) {
+    if (g_logPath[0] == '\0' || !format) return;
+    AppendLine(g_logPath, true, format, args);
+}
+
+std::string comTraceEncode(std::string_view text, std::size_t maxChars) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string out;
+    out.reserve(std::min(maxChars, text.size() * 2));
+    for (unsigned char c : text) {
+        if (c == '\r') continue;
+        if (c == '\n') {
+            if (out.size() + 1 > maxChars) break;
+            out.push_back('\n');
+            continue;
+        }
+        if (out.size() + 2 > maxChars) break;
+        out.push_back(kDigits[c >> 4]);
+        out.push_back(kDigits[c & 0x0f]);
+    }
+    return out;
+}
+
+void comLogSetNotesEncoded(bool on) { g_notesEncoded = on; }
+
+void comDebugNote(const char* format, ...) {
+    if (g_logPath[0] == '\0' || !format) return;
+    va_list args;
+    va_start(args, format);
+    if (!g_notesEncoded) {
+        AppendLine(g_logPath, true, format, args);
+        va_end(args);
+        return;
+    }
+    std::vector<char> text(8192);
+    vsnprintf(text.data(), text.size(), format, args);
+    va_end(args);
+    // As a trace report: the encoding fits the log's line, and the line ends.
+    std::string encoded = comTraceEncode(text.data(), text.size() - 2);
+    if (encoded.empty() || encoded.back() != '\n') encoded.push_back('\n');
+    comDebugLog("%s", encoded.c_str());
 }
 
 void comNumberedLogSet(int number, const char* path) {

@@ -316,7 +316,7 @@ int comTimeToLocal(const char* date, const char* time, const char* offset, const
 
 int LocalToUtc(const char* date, const char* time, char* outDate, char* outTime) {
     if (comTimeConvert(date, time, "+0900", "0", -1, outDate, outTime) != 0) {
-        comDebugLog("error utc time[%s][%s]\n", date ? date : "", time ? time : "");
+        comDebugNote("error utc time[%s][%s]\n", date ? date : "", time ? time : "");
         return 1;
     }
     return 0;
@@ -331,7 +331,7 @@ int LocalStampToUtc(const char* stamp, char* out) {
     }
     char utcDate[16] = {}, utcTime[16] = {};
     if (!out || comTimeConvert(date, time, "+0900", "0", -1, utcDate, utcTime) != 0) {
-        comDebugLog("error utc time[%s]\n", stamp ? stamp : "");
+        comDebugNote("error utc time[%s]\n", stamp ? stamp : "");
         return 1;
     }
     std::snprintf(out, 15, "%.8s%.6s", utcDate, utcTime);

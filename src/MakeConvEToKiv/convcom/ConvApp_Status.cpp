@@ -94,6 +94,12 @@ void ConvApp::SetupLogFiles() {
     };
     if (create) rotate(logPath_, LogFilePath("%sconv/log/%s%s_back.log", root, module, suffix));
     rotate(tracePath_, traceBack);
+    // Between reports the trace log is the current log in both modes, so that the
+    // notes of the base library and the database layer (a failed copy, a time
+    // that doesn't convert, a server's error block) land there, encoded as the
+    // reports are.
+    comLogSetPath(tracePath_.c_str(), nullptr);
+    comLogSetNotesEncoded(true);
 }
 
 void ConvApp::ReportError(int32_t code, const char* source, int line, bool show, const char* detail,
