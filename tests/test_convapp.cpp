@@ -6,7 +6,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <regex>
 
 #include "MakeConvLib/cmsbase/comTrace.h"
 #include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
@@ -99,7 +98,7 @@ TEST(ConvApp, FunctionsLeaveOneMessageEachAndRunEndsWithZero) {
         ASSERT_EQ(app.Init(kLabel), 0);
         std::string status = ReadFile(dir / "conv/sch.sts");
         EXPECT_EQ(Values(status, "status"), std::vector<std::string>{"1"});
-        EXPECT_TRUE(std::regex_match(Values(status, "sdate").at(0), std::regex("[0-9]{14}")));
+        EXPECT_TRUE(IsDigits(Values(status, "sdate").at(0), 14));
         EXPECT_EQ(Values(status, "edate"), std::vector<std::string>{""});
 
         app.PutMessage("", 10, 0, 0);
@@ -115,7 +114,7 @@ TEST(ConvApp, FunctionsLeaveOneMessageEachAndRunEndsWithZero) {
     }
     std::string status = ReadFile(dir / "conv/sch.sts");
     EXPECT_EQ(Values(status, "status"), std::vector<std::string>{"0"});
-    EXPECT_TRUE(std::regex_match(Values(status, "edate").at(0), std::regex("[0-9]{14}")));
+    EXPECT_TRUE(IsDigits(Values(status, "edate").at(0), 14));
     EXPECT_EQ(Values(status, "dispmsg"),
               (std::vector<std::string>{
                   "スケジュール、設備予約機能の移行を終了しました。スケジュールは10件移行しました。(成功：8 失敗：2)",
