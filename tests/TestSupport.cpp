@@ -93,6 +93,13 @@ std::string ClosedPort() {
     return std::to_string(port);
 }
 
+bool IsDigits(const std::string& text, std::size_t count) {
+    if (text.size() != count) return false;
+    for (char c : text)
+        if (c < '0' || c > '9') return false;
+    return true;
+}
+
 std::string StripStamp(const std::string& line) {
     // "YYYY/MM/DD hh:mm:ss.mmm " is 24 bytes.
     if (line.size() < 24 || line[4] != '/' || line[7] != '/' || line[10] != ' ' || line[13] != ':' ||

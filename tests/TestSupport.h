@@ -52,6 +52,8 @@ std::string ClosedPort();
 
 // Strips the "YYYY/MM/DD hh:mm:ss.mmm " stamp of a log line; empty when the stamp is missing.
 std::string StripStamp(const std::string& line);
+// True when text is exactly count decimal digits (a stamp such as 20040101120000).
+bool IsDigits(const std::string& text, std::size_t count);
 // Decodes hexadecimal text.
 std::string DecodeHex(const std::string& hex);
 // Reads a trace log: each report is a stamped line of hex digits, continued by

@@ -5,6 +5,7 @@
 #include <ctime>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "TestSupport.h"
 #include "base/comClock.h"
@@ -198,4 +199,51 @@ TEST(ComTimeClock, NowFromInjectedClockAndZone) {
     comTimeNowStamp(stamp, false);
     EXPECT_STREQ(stamp, "20050101000000");
     comSetClockFunction(old);
+}
+
+namespace {
+
+// A clock just before a second's end that moves on by a millisecond a reading.
+long long g_readings = 0;
+void SteppingClock(timespec* now) {
+    const long long millis = 999 + g_readings++;
+    now->tv_sec = static_cast<time_t>(millis / 1000);
+    now->tv_nsec = static_cast<long>(millis % 1000) * 1000000;
+}
+
+}  // namespace
+
+// A log line's stamp comes from one instant: date, seconds and milliseconds agree.
+TEST(ComLog, StampReadsTheClockOnce) {
+    testsupport::TempDir dir;
+    const std::string path = dir / "debug.log";
+    char old[1024];
+    comLogSetPath(path.c_str(), old);
+    comTimeZoneSet("+0900", "0");
+    const comClockFunc previous = comSetClockFunction(SteppingClock);
+    g_readings = 0;
+    comDebugLog("line\n");
+    comSetClockFunction(previous);
+    comLogSetPath(old, nullptr);
+    EXPECT_EQ(testsupport::ReadFile(path), "1970/01/01 09:00:00.999 line\n");
+}
+
+// A line longer than the log writes is cut between characters and still ends,
+// so that the next entry keeps a line of its own.
+TEST(ComLog, OverlongLineIsCutBetweenCharactersAndEnded) {
+    testsupport::TempDir dir;
+    const std::string path = dir / "debug.log";
+    char old[1024];
+    comLogSetPath(path.c_str(), old);
+    std::string memo = "x";
+    for (int i = 0; i < 4000; ++i) memo += "あ";
+    comDebugLog("%lld \"%s\"\n", 5LL, memo.c_str());
+    comDebugLog("next\n");
+    comLogSetPath(old, nullptr);
+    const std::vector<std::string> lines = testsupport::Lines(testsupport::ReadFile(path));
+    ASSERT_EQ(lines.size(), 2u);
+    // The stamp, then at most 8,191 bytes of text, its line feed included.
+    EXPECT_LE(lines[0].size(), std::string("yyyy/mm/dd hh:mm:ss.mmm ").size() + 8190u);
+    EXPECT_EQ((lines[0].size() - std::string("yyyy/mm/dd hh:mm:ss.mmm 5 \"x").size()) % 3, 0u);
+    EXPECT_EQ(lines[1].substr(lines[1].size() - 5), " next");
 }

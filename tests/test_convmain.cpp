@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <regex>
 
 #include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "TestSupport.h"
@@ -68,8 +67,8 @@ TEST(ConvMain, FailedStartEndsWithStatusThreeRotatedLogsAndHexTrace) {
 
     std::string status = ReadFile(dir / "conv/sch.sts");
     EXPECT_EQ(StatusValue(status, "status"), "3");
-    EXPECT_TRUE(std::regex_match(StatusValue(status, "sdate"), std::regex("[0-9]{14}")));
-    EXPECT_TRUE(std::regex_match(StatusValue(status, "edate"), std::regex("[0-9]{14}")));
+    EXPECT_TRUE(IsDigits(StatusValue(status, "sdate"), 14));
+    EXPECT_TRUE(IsDigits(StatusValue(status, "edate"), 14));
     EXPECT_EQ(StatusValue(status, "dispmsg"), "移行を中断しました。");
 
     EXPECT_EQ(ReadFile(dir / "conv/log/sch_back.log"), "old user log\n");

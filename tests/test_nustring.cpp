@@ -124,6 +124,36 @@ TEST(NUString, SetAppendEditAndCompare) {
     EXPECT_TRUE(s.IsEmpty());
 }
 
+// Appends continue from the kept length after every other change, and a long run
+// of small appends costs linear time (a scan of the text per append would take
+// minutes here).
+TEST(NUString, AppendsFollowEveryEditAndStayLinear) {
+    NUString s("abc  ");
+    s.RTrim();
+    s.Append("d");
+    NUString copy(s);
+    copy.Append("e");
+    NUString moved(std::move(copy));
+    moved.Append("f");
+    NUString assigned;
+    assigned = moved;
+    assigned.Append("g");
+    EXPECT_STREQ(assigned.GetStr(), "abcdefg");
+    assigned.SetStrLen("xyz", 2);
+    assigned.Append("!");
+    EXPECT_STREQ(assigned.GetStr(), "xy!");
+    assigned.Clear();
+    assigned.Append("q");
+    EXPECT_STREQ(assigned.GetStr(), "q");
+
+    NUString big;
+    const std::string piece = "0123456789";
+    for (int i = 0; i < 400000; ++i) ASSERT_EQ(big.Append(piece.c_str()), 0);
+    const std::string text = big.GetStr();
+    ASSERT_EQ(text.size(), 4000000u);
+    EXPECT_EQ(text.compare(3999990, 10, piece), 0);
+}
+
 TEST(NUString, PrintfIsBoundedByFormatLength) {
     NUString s;
     EXPECT_EQ(s.Printf("%s-%d", "ab", 42), 0);

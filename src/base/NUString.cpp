@@ -53,12 +53,17 @@ NUString::NUString(const NUString& other) : valueSize(other.valueSize) {
     if (auto fresh = Allocate(size)) {
         std::memcpy(fresh.get(), other.buf.get(), len);
         Adopt(std::move(fresh), size);
+        length = len;
     }
 }
 
 NUString::NUString(NUString&& other) noexcept
-    : buf(std::move(other.buf)), capacity(other.capacity), valueSize(other.valueSize) {
+    : buf(std::move(other.buf)),
+      capacity(other.capacity),
+      length(other.length),
+      valueSize(other.valueSize) {
     other.capacity = 0;
+    other.length = 0;
 }
 
 NUString& NUString::operator=(const NUString& other) {
@@ -79,6 +84,7 @@ NUString& NUString::operator=(const NUString& other) {
     }
     std::memcpy(buf.get(), other.buf.get(), len);
     std::memset(buf.get() + len, 0, capacity - len);
+    length = len;
     return *this;
 }
 
@@ -88,7 +94,9 @@ NUString& NUString::operator=(NUString&& other) noexcept {
     if (other.buf && other.capacity < static_cast<std::size_t>(valueSize)) return *this = other;
     buf = std::move(other.buf);
     capacity = buf ? other.capacity : 0;
+    length = buf ? other.length : 0;
     other.capacity = 0;
+    other.length = 0;
     if (!buf) Clear();
     return *this;
 }
@@ -96,6 +104,7 @@ NUString& NUString::operator=(NUString&& other) noexcept {
 void NUString::Adopt(std::unique_ptr<char[]> newBuf, std::size_t newCapacity) {
     buf = std::move(newBuf);
     capacity = buf ? newCapacity : 0;
+    length = buf ? std::strlen(buf.get()) : 0;
 }
 
 bool NUString::Reserve(std::size_t size) {
@@ -132,12 +141,14 @@ int NUString::SetStrLen(const char* value, int len) {
         else
             std::memcpy(buf.get(), value, n);
         std::memset(buf.get() + n, 0, capacity - n);
+        length = n;
         return 0;
     }
     const std::size_t n = strnlen(value, static_cast<std::size_t>(len));
     if (buf && capacity > n) {
         std::memmove(buf.get(), value, n);  // value may lie inside buf
         buf[n] = '\0';
+        length = n;
         return 0;
     }
     auto fresh = Allocate(n + 1);
@@ -194,6 +205,7 @@ bool NUString::IsEmpty() const { return !buf || buf[0] == '\0'; }
 void NUString::Clear() {
     if (valueSize != 0) {
         if (buf) std::memset(buf.get(), 0, capacity);
+        length = 0;
     } else {
         Adopt(nullptr, 0);
     }
@@ -221,7 +233,7 @@ int NUString::Printf(const char* format, ...) {
 
 int NUString::Append(const char* text) {
     if (IsNullOrEmpty(text)) return 0;
-    const std::size_t oldLen = buf ? std::strlen(buf.get()) : 0;
+    const std::size_t oldLen = buf ? length : 0;
     const std::size_t addLen = std::strlen(text);
     // An unbounded text grows by doubling, so that repeated appends cost
     // amortised constant time a byte.
@@ -230,13 +242,17 @@ int NUString::Append(const char* text) {
     if (buf && capacity >= oldLen + addLen + 1) {
         std::memmove(buf.get() + oldLen, text, addLen);
         buf[oldLen + addLen] = '\0';
+        length = oldLen + addLen;
         return 0;
     }
     auto fresh = Allocate(size);
     if (!fresh) return NUSTR_ERR_MEMORY;
     if (buf) std::memcpy(fresh.get(), buf.get(), oldLen);
     std::memcpy(fresh.get() + oldLen, text, addLen);
-    Adopt(std::move(fresh), size);
+    // Adopt would scan the whole text again; the length is known.
+    buf = std::move(fresh);
+    capacity = size;
+    length = oldLen + addLen;
     return 0;
 }
 
@@ -248,7 +264,9 @@ void NUString::ReplaceChar(char from, char to) {
 }
 
 void NUString::RTrim() {
-    if (buf) comStrRTrim(buf.get());
+    if (!buf) return;
+    comStrRTrim(buf.get());
+    length = std::strlen(buf.get());
 }
 
 int NUString::CopyTo(char* dst, int dstSize) const {

@@ -64,6 +64,7 @@ private:
 
     std::unique_ptr<char[]> buf;  // none until first set
     std::size_t capacity = 0;     // bytes allocated in buf
+    std::size_t length = 0;       // bytes before the terminator, kept so appends need no scan
     int valueSize = 0;            // 0: unbounded; else capacity rule, terminator included
     uint32_t emptyWord = 0;       // what GetStr shows while buf is none
 };

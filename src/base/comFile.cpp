@@ -20,7 +20,7 @@ namespace {
 #define LOG_KEEP_ERRNO(...)            \
     do {                               \
         int savedErrno_ = errno;       \
-        comDebugLog(__VA_ARGS__);      \
+        comDebugNote(__VA_ARGS__);     \
         errno = savedErrno_;           \
     } while (0)
 

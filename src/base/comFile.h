@@ -1,5 +1,5 @@
 // File and directory helpers: existence tests, copy, create, delete, rename and
-// path cutting. Failures are written to the debug log (comDebugLog); errno is
+// path cutting. Failures are noted in the debug log (comDebugNote); errno is
 // left as the failing call set it.
 #pragma once
 

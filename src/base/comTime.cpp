@@ -108,14 +108,18 @@ bool DigitsOrDash(const char* text) {
     return true;
 }
 
-void UtcNow(char* date, char* time) {
-    timespec now{};
-    comClockNow(&now);
+void UtcAt(const timespec& now, char* date, char* time) {
     Civil c = CivilFromSeconds(static_cast<long long>(now.tv_sec));
     // Kept from the old clock handling: a year field of 0 to 9 stands for 2000 to 2009.
     if (c.year >= 1900 && c.year <= 1909) c.year += 100;
     WriteDate(date, c.year, c.month, c.day);
     std::snprintf(time, 7, "%02d%02d%02d", c.hour, c.minute, c.second);
+}
+
+void UtcNow(char* date, char* time) {
+    timespec now{};
+    comClockNow(&now);
+    UtcAt(now, date, time);
 }
 
 }  // namespace
@@ -232,9 +236,15 @@ void comTimeNowDate(char* out, bool local) {
 }
 
 int comTimeNowLocal(char* outDate, char* outTime) {
+    timespec now{};
+    comClockNow(&now);
+    return comTimeLocalAt(now, outDate, outTime);
+}
+
+int comTimeLocalAt(const timespec& instant, char* outDate, char* outTime) {
     if (!outDate || !outTime) return -9;
     char date[16] = {}, time[16] = {};
-    UtcNow(date, time);
+    UtcAt(instant, date, time);
     char offset[kZoneTextMax], dst[kZoneTextMax];
     comTimeZoneGet(offset, dst);
     return comTimeToLocal(date, time, offset, dst, outDate, outTime);
@@ -306,7 +316,7 @@ int comTimeToLocal(const char* date, const char* time, const char* offset, const
 
 int LocalToUtc(const char* date, const char* time, char* outDate, char* outTime) {
     if (comTimeConvert(date, time, "+0900", "0", -1, outDate, outTime) != 0) {
-        comDebugLog("error utc time[%s][%s]\n", date ? date : "", time ? time : "");
+        comDebugNote("error utc time[%s][%s]\n", date ? date : "", time ? time : "");
         return 1;
     }
     return 0;
@@ -321,7 +331,7 @@ int LocalStampToUtc(const char* stamp, char* out) {
     }
     char utcDate[16] = {}, utcTime[16] = {};
     if (!out || comTimeConvert(date, time, "+0900", "0", -1, utcDate, utcTime) != 0) {
-        comDebugLog("error utc time[%s]\n", stamp ? stamp : "");
+        comDebugNote("error utc time[%s]\n", stamp ? stamp : "");
         return 1;
     }
     std::snprintf(out, 15, "%.8s%.6s", utcDate, utcTime);

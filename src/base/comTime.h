@@ -2,6 +2,8 @@
 // calendar, the clock and the shift between the fixed zone "+0900" and UTC.
 #pragma once
 
+#include <ctime>
+
 #include <cstdint>
 
 // Cutting: each reads its characters with strtol base 10.
@@ -30,6 +32,9 @@ void comDateAddMonths(const char* date, int months, char* out);
 void comTimeNowStamp(char* out, bool local);
 void comTimeNowDate(char* out, bool local);
 int comTimeNowLocal(char* outDate, char* outTime);
+// The same for a given instant, so that one reading of the clock can serve a
+// date, a time and their milliseconds.
+int comTimeLocalAt(const timespec& instant, char* outDate, char* outTime);
 int64_t comMillis();
 
 // The process-wide zone: offset "+0900" and daylight minutes "0" unless set.

@@ -41,11 +41,11 @@ namespace {
 
 // Switches the process-wide log to path for one line, then back.
 void AppendToFile(const std::string& path, const char* format, va_list args) {
-    char line[8192];
-    std::vsnprintf(line, sizeof line, format, args);
+    // Formatted by the log writer itself, which cuts an overlong line between
+    // characters and still ends it.
     char previous[1024];
     comLogSetPath(path.c_str(), previous);
-    comDebugLog("%s", line);
+    comDebugLogV(format, args);
     comLogSetPath(previous, nullptr);
 }
 

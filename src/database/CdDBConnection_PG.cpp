@@ -83,15 +83,15 @@ std::string ConnValue(const char* value) {
 }
 
 void WriteErrorBlock(const char* errorLine, const char* messageLine) {
-    comDebugLog("******************************\n");
-    comDebugLog("%s", errorLine);
-    comDebugLog("%s", messageLine);
-    comDebugLog("******************************\n");
+    comDebugNote("******************************\n");
+    comDebugNote("%s", errorLine);
+    comDebugNote("%s", messageLine);
+    comDebugNote("******************************\n");
 }
 
 // libpq hands notices here; they are noted in the current log, not kept.
 void NoticeProcessor(void* /*arg*/, const char* message) {
-    comDebugLog("PQ Handler[%d]\n",
+    comDebugNote("PQ Handler[%d]\n",
                 static_cast<int>(reinterpret_cast<std::intptr_t>(message)));
 }
 
@@ -205,9 +205,9 @@ void CdDBConnection_PG::FillError(pg_result* failed) {
 void CdDBConnection_PG::LogAccess(const char* sql) const {
     const int cut = std::strlen(sql) >= kAccessSqlLimit ? kAccessSqlCut : -1;
     if (cut >= 0)
-        comDebugLog("DB access:sql[%.*s]sts[%d]err[%s]\n", cut, sql, status, errorMessage);
+        comDebugNote("DB access:sql[%.*s]sts[%d]err[%s]\n", cut, sql, status, errorMessage);
     else
-        comDebugLog("DB access:sql[%s]sts[%d]err[%s]\n", sql, status, errorMessage);
+        comDebugNote("DB access:sql[%s]sts[%d]err[%s]\n", sql, status, errorMessage);
 }
 
 void CdDBConnection_PG::TraceStatement(const char* sql, const char* param,
@@ -224,7 +224,7 @@ void CdDBConnection_PG::TraceStatement(const char* sql, const char* param,
             if (param && *param) WriteTo(file, "param=[%s]\n", param);
         }
     } else if (elapsed >= kSlowStatementMillis) {
-        comDebugLog("[WARN] %lld \"%s\"\n", elapsed, sql);
+        comDebugNote("[WARN] %lld \"%s\"\n", elapsed, sql);
     }
 }
 

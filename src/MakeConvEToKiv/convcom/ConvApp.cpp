@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "MakeConvLib/cmsbase/CMSioObjApp.h"
+#include "base/comLog.h"
 #include "base/comTime.h"
 #include "database/CdDBConnection_PG.h"
 
@@ -27,7 +28,11 @@ std::string Bounded(const char* text, std::size_t size) {
 ConvApp::ConvApp(int argc, char** argv, const char* moduleWord)
     : argc_(argc), argv_(argv), moduleName_(Bounded(moduleWord, 128)) {}
 
-ConvApp::~ConvApp() = default;
+ConvApp::~ConvApp() {
+    // The logs of this run end with it.
+    if (!tracePath_.empty() && tracePath_ == comLogGetPath()) comLogSetPath(nullptr, nullptr);
+    comLogSetNotesEncoded(false);
+}
 
 const char* ConvApp::GetArgument(int n) const {
     if (!argv_ || n < 0 || n >= argc_) return nullptr;

@@ -13,6 +13,7 @@
 #include "base/comClock.h"
 #include "base/comFile.h"
 #include "base/comLog.h"
+#include "base/comStr.h"
 #include "base/comTime.h"
 
 namespace {
@@ -93,6 +94,12 @@ void ConvApp::SetupLogFiles() {
     };
     if (create) rotate(logPath_, LogFilePath("%sconv/log/%s%s_back.log", root, module, suffix));
     rotate(tracePath_, traceBack);
+    // Between reports the trace log is the current log in both modes, so that the
+    // notes of the base library and the database layer (a failed copy, a time
+    // that doesn't convert, a server's error block) land there, encoded as the
+    // reports are.
+    comLogSetPath(tracePath_.c_str(), nullptr);
+    comLogSetNotesEncoded(true);
 }
 
 void ConvApp::ReportError(int32_t code, const char* source, int line, bool show, const char* detail,
@@ -107,8 +114,10 @@ void ConvApp::ReportError(int32_t code, const char* source, int line, bool show,
         std::vector<char> buf(kTextMax);
         va_list args;
         va_start(args, format);
-        vsnprintf(buf.data(), buf.size(), format, args);
+        const int n = vsnprintf(buf.data(), buf.size(), format, args);
         va_end(args);
+        // A cut text ends between characters.
+        if (n >= static_cast<int>(buf.size())) comUtf8CutBytes(buf.data(), static_cast<int>(buf.size() - 1), true);
         text = buf.data();
     }
     std::string body;

@@ -7,24 +7,6 @@
 
 #include "MakeConvLib/cmsbase/CMSioObjApp.h"
 
-std::string comTraceEncode(std::string_view text, std::size_t maxChars) {
-    static constexpr char kDigits[] = "0123456789abcdef";
-    std::string out;
-    out.reserve(std::min(maxChars, text.size() * 2));
-    for (unsigned char c : text) {
-        if (c == '\r') continue;
-        if (c == '\n') {
-            if (out.size() + 1 > maxChars) break;
-            out.push_back('\n');
-            continue;
-        }
-        if (out.size() + 2 > maxChars) break;
-        out.push_back(kDigits[c >> 4]);
-        out.push_back(kDigits[c & 0x0f]);
-    }
-    return out;
-}
-
 int comTrace(const char* format, ...) {
     CMSioObjApp* settings = GetSettingsObject();
     if (!settings) return CMS_ERR_NO_SETTINGS;

@@ -6,13 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include "base/comLog.h"
+
 // Most bytes of one formatted trace text, and most characters of its encoding.
 inline constexpr std::size_t COM_TRACE_TEXT_MAX = 7999;
 inline constexpr std::size_t COM_TRACE_CODE_MAX = 15999;
 
-// Each byte as two lower-case hex digits, except that LF stays LF and CR is
-// dropped; stops before the encoding would pass maxChars characters.
-std::string comTraceEncode(std::string_view text, std::size_t maxChars);
+// comTraceEncode, the trace log's encoding, is declared with the log writer.
 
 // Formats into at most 7,999 bytes, encodes, and appends the result and a LF to
 // the settings' trace buffer. 0, or -99 without a settings object.

@@ -118,17 +118,6 @@ int32_t ConvDBEntryStd::BeforeCollect() {
     return 0;
 }
 
-int32_t ConvDBEntryStd::CollectColumns(const char* table, ConvRow& row) {
-    const int32_t ret = ConvDBEntry::CollectColumns(table, row);
-    return ret != 0 ? ret : RefuseEmpty();
-}
-
-int32_t ConvDBEntryStd::RefuseEmpty() {
-    if (updateMode || !columns.empty()) return 0;
-    ReportMessage(kConvRowSkipped, CONV_HERE, true, "登録する項目がないため、登録を行いませんでした。");
-    return kConvRowSkipped;
-}
-
 bool ConvDBEntryStd::IsNumberField(const char*) { return false; }
 
 void ConvDBEntryStd::MapKey(const char* sourceKey, const char* column) {
@@ -216,7 +205,7 @@ int32_t ConvDBEntryStdItemIndex::CollectColumns(const char* table, ConvRow& row)
             return ret;
         }
     }
-    return RefuseEmpty();
+    return 0;
 }
 
 // ----------------------------------------------------------- ConvDBEntryStdIndex

@@ -34,10 +34,6 @@ public:
     int32_t AddColumnValue(const char* name, const char* value, uint32_t type) override;
     // Puts the fixed fields at the head of the statement, unmapped.
     int32_t BeforeCollect() override;
-    // A record that gives no column at all (an empty list line, say) is left
-    // out with a warning: an INSERT without columns isn't a statement.
-    int32_t CollectColumns(const char* table, ConvRow& row) override;
-
     // Whether the record key holds a number; none does here.
     virtual bool IsNumberField(const char* name);
     // Rolls back, drops every later item of a name already met, and writes the
@@ -53,8 +49,6 @@ public:
     ConvAppStd* StdApp() const;
 
 protected:
-    // 1 (reported) when the statement has no column.
-    int32_t RefuseEmpty();
     // The base's column adder, past the key map.
     int32_t AddRawColumn(const char* name, const char* value, uint32_t type) {
         return ConvDBEntry::AddColumnValue(name, value, type);
