@@ -264,14 +264,17 @@ CREATE TABLE TT_SCHEDULE (
     PRIMARY KEY (SID_CORPORATE, ID)
 );
 
--- One row per day of a repeating schedule; SID_ASSIGN is the UTC date.
+-- Listed days of a repeating schedule; SID_ASSIGN is the UTC date. deldates 0
+-- is a day the schedule falls on, 1 a day taken out of its series; one day
+-- may stand in both.
 CREATE TABLE TT_SCH_REPDATE (
     SID_CORPORATE   integer NOT NULL,
     ID              varchar(12) NOT NULL,
     SID_ASSIGN      varchar(8) NOT NULL,
+    deldates        integer NOT NULL DEFAULT 0,
     cretime         varchar(14),
     updtime         varchar(14),
-    PRIMARY KEY (SID_CORPORATE, ID, SID_ASSIGN)
+    PRIMARY KEY (SID_CORPORATE, ID, SID_ASSIGN, deldates)
 );
 
 -- Files of a schedule; the file lies in schedule/<first 6 of ID>/<ID>/.
@@ -287,8 +290,8 @@ CREATE TABLE TT_ATTACH_SCHEDULE (
     PRIMARY KEY (SID_CORPORATE, ID, SID_ATTACH)
 );
 
--- Destinations of a schedule: otherto_type tells what SID_ASSIGN is (user,
--- group, personal group, facility). A personal group's id is its owner's
+-- Destinations of a schedule: otherto_type tells what SID_ASSIGN is ('1' user,
+-- '2' group, '3' personal group, '4' facility). A personal group's id is its owner's
 -- own, so SID_USER holds that owner; it is 0 for the other kinds.
 CREATE TABLE TT_SCHEDULE_OTHERTO (
     SID_CORPORATE   integer NOT NULL,

@@ -9,11 +9,16 @@ scripts/install-deps.sh
 python3 tools/gen_jis_table.py --check
 jobs=$(nproc 2>/dev/null || echo 2)
 
-cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCONV_WERROR=ON
 cmake --build build -j "$jobs"
 (cd build && ctest --output-on-failure -j "$jobs")
 
-cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DCONV_SANITIZE=ON
+cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DCONV_SANITIZE=ON -DCONV_WERROR=ON
 cmake --build build-asan -j "$jobs"
 (cd build-asan && ASAN_OPTIONS=detect_leaks=1 ctest --output-on-failure -j "$jobs")
+
+# What packagers and the benchmarks build: Release, tests included, warnings fatal.
+cmake -S . -B build-release -DCMAKE_BUILD_TYPE=Release -DCONV_WERROR=ON -DCONV_BENCH=ON
+cmake --build build-release -j "$jobs"
+(cd build-release && ctest --output-on-failure -j "$jobs")
 echo "all tests passed"

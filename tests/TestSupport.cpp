@@ -121,7 +121,8 @@ TraceLog ReadTrace(const std::string& path) {
         if (!body.empty() && isHex(body)) {
             log.reports.push_back(DecodeHex(body));
         } else if (!log.reports.empty() && isHex(line)) {
-            log.reports.back() += "\n" + DecodeHex(line);
+            log.reports.back() += '\n';
+            log.reports.back() += DecodeHex(line);
         } else {
             log.wellFormed = false;
         }

@@ -194,6 +194,37 @@ TEST(AttachCopy, ReportsWarningForMissingAndErrorForDiskFull) {
                     "full] エラー詳細[No space left on device]"));
 }
 
+// A stored name that leads out of the store's tree reads nothing there: it is a
+// missing file to the report, and the row goes on.
+TEST(AttachCopy, StoredNameLeavingTheTreeIsRefusedLikeAMissingFile) {
+    TempDir dir;
+    const std::string from = dir / "store/file/1/";
+    const std::string to = dir / "target/file/1/";
+    WriteFile(dir / "secret", "outside");
+    WriteFile(from + "schedule/1/5/ok.txt", "inside");
+    {
+        AppRun<EntApp> run(dir.Path());
+        ASSERT_TRUE(run.ok);
+        ConvApp& app = run.app;
+        EXPECT_EQ(app.CopyAttachFile("schedule/1/5/../../../../../../secret", "schedule/a/", "外"), 1);
+        EXPECT_EQ(app.CopyAttachFile((dir / "secret").c_str(), "schedule/b/", "絶対"), 1);
+        EXPECT_EQ(app.CopyAttachFile("schedule/1/5/..", "schedule/c/", "親"), 1);
+        // A dot or two inside a name is no step upward.
+        WriteFile(from + "schedule/1/5/..x..", "dots");
+        EXPECT_EQ(app.CopyAttachFile("schedule/1/5/..x..", "schedule/d/", "点"), 0);
+        EXPECT_EQ(app.CopyAttachFile("schedule/1/5/./ok.txt", "schedule/e/", "内"), 0);
+    }
+    EXPECT_FALSE(Exists(to + "schedule/a/secret"));
+    EXPECT_FALSE(Exists(to + "schedule/b/secret"));
+    EXPECT_EQ(ReadFile(to + "schedule/d/..x.."), "dots");
+    EXPECT_EQ(ReadFile(to + "schedule/e/ok.txt"), "inside");
+    const std::vector<std::string> log = UserLog(dir.Path());
+    auto has = [&](const std::string& line) { return std::find(log.begin(), log.end(), line) != log.end(); };
+    EXPECT_TRUE(has("[WARN] 添付ファイルの複写に失敗しました。Name=[外] From=[" + from +
+                    "schedule/1/5/../../../../../../secret] To=[" + to +
+                    "schedule/a/] エラー詳細[No such file or directory]"));
+}
+
 TEST(AttachCopy, ReadTextFileReadsPastOnePiece) {
     TempDir dir;
     std::string text;

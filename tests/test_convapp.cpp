@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <regex>
 
@@ -213,6 +214,25 @@ TEST(ConvApp, GatheredTraceTextLongerThanALogLineStillDecodes) {
     const std::string gathered = trace[trace.size() - 3];
     EXPECT_EQ(gathered.rfind(std::string(200, 'a') + "\n", 0), 0u);
     EXPECT_EQ(gathered.back(), 'b');  // cut inside the long line, between two bytes
+    run.app.End();
+}
+
+// Tolerated, traced failures between two reports cost constant time each: the
+// gathered text keeps only what the trace log will write of it.
+TEST(ConvApp, ManyTracedFailuresStayCheapAndWriteTheSameLine) {
+    TempDir dir;
+    AppRun run(dir.Path());
+    ASSERT_EQ(run.app.Init(kLabel), 0);
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 50000; ++i) comTrace("cut failed [%d] %s", i, std::string(90, 'x').c_str());
+    const auto elapsed = std::chrono::steady_clock::now() - start;
+    EXPECT_LT(elapsed, std::chrono::milliseconds(700));
+    run.app.ReportError(-1, "src", 9, false, nullptr, nullptr);
+    const std::vector<std::string> trace = Trace(dir / "conv/log/sch_trace.log");
+    ASSERT_GE(trace.size(), 2u);
+    const std::string gathered = trace[trace.size() - 2];
+    EXPECT_EQ(gathered.rfind("cut failed [0] " + std::string(90, 'x') + "\ncut failed [1] ", 0), 0u);
+    EXPECT_EQ(trace.back(), "[src:9] [ret=-1] ");
     run.app.End();
 }
 

@@ -333,3 +333,55 @@ TEST(EncodingBrokenInput, RandomBytesStayInTheBuffer) {
 }
 
 }  // namespace
+
+namespace {
+
+// The whole text's conversion, as EucToUtf8 gives it.
+std::string Whole(const std::string& euc) {
+    std::unique_ptr<char, decltype(&std::free)> text(EucToUtf8(euc.c_str()), &std::free);
+    return text ? text.get() : "<no memory>";
+}
+
+}  // namespace
+
+// A text fed in parts converts exactly as the whole: after every part, what was
+// decided plus what the held-back bytes give equals the conversion of the prefix.
+// Escapes, shifts and cut characters are drawn often so that they fall on cuts.
+TEST(EucToUtf8StreamTest, PartsConvertExactlyAsTheWhole) {
+    const std::string alphabet = "\x1b\x0e\x0f$(&@BDIJH\xa1\xa4\xa2\xb0\xfe\x8e\xdf\x8f\xe0\x80\x21\x7f\n\tA";
+    std::mt19937 random(9);
+    EucToUtf8Stream stream;
+    for (int round = 0; round < 3000; ++round) {
+        std::string text;
+        const int size = static_cast<int>(random() % 40);
+        for (int i = 0; i < size; ++i) text += alphabet[random() % alphabet.size()];
+        stream.Reset();
+        std::string decided;
+        for (std::size_t pos = 0; pos < text.size();) {
+            const std::size_t take = std::min<std::size_t>(text.size() - pos, 1 + random() % 5);
+            stream.Feed(text.data() + pos, take, decided);
+            pos += take;
+            std::string now = decided;
+            stream.Peek(now);
+            ASSERT_EQ(now, Whole(text.substr(0, pos))) << "round " << round << " at " << pos;
+        }
+    }
+}
+
+// Long real text cut into pieces of the record reader's size.
+TEST(EucToUtf8StreamTest, LongTextInReaderPiecesMatchesTheWhole) {
+    std::string utf8;
+    for (int i = 0; i < 600; ++i) utf8 += "会議室ﾌﾟﾛｼﾞｪｸﾄ予定 No." + std::to_string(i) + "\n";
+    std::vector<char> jis(4 * utf8.size() + 4);
+    comUtf8ToJis(utf8.c_str(), jis.data());
+    std::vector<char> euc(4 * std::strlen(jis.data()) + 4);
+    comJisToEuc(jis.data(), euc.data());
+    const std::string text = euc.data();
+    ASSERT_EQ(Whole(text), utf8);
+    EucToUtf8Stream stream;
+    std::string decided;
+    for (std::size_t pos = 0; pos < text.size(); pos += 2047)
+        stream.Feed(text.data() + pos, std::min<std::size_t>(2047, text.size() - pos), decided);
+    stream.Peek(decided);
+    EXPECT_EQ(decided, utf8);
+}

@@ -186,6 +186,28 @@ TEST_F(NUFileIOTest, LongLineArrivesAsValueThenContinuation) {
     EXPECT_EQ(list->GetValue("long"), value + "\nnext");
 }
 
+// A line's end is its LF: a NUL before it makes the line bad, never part of the next.
+TEST_F(NUFileIOTest, LineWithNulIsBadAndStaysApart) {
+    struct NulObj : RecordingObj {
+        using RecordingObj::RecordingObj;
+        int BadLine(const char* line, std::size_t length) override {
+            calls.push_back("B" + std::to_string(ReadLineNumber()) + ":" + std::string(line, length));
+            return 0;
+        }
+    };
+    const std::string nul(1, '\0');
+    WriteFile(file, "a=1\nname=ab" + nul + "cd\nkana=x\n" + std::string(3000, '\0') + "z=9\n\tcont\n" +
+                        std::string(2100, 'q') + nul + "\nlast=2");
+    NulObj obj(file);
+    ASSERT_EQ(unlocked.ReadFile(&obj, false), 0);
+    EXPECT_EQ(obj.calls, (std::vector<std::string>{"V:|a|1", "B2:name=ab" + nul + "cd", "V:|kana|x",
+                                                   "B4:" + std::string(3000, '\0') + "z=9", "C:\ncont",
+                                                   "B6:" + std::string(2100, 'q') + nul, "V:|last|2"}));
+    // By default the file is refused as broken.
+    auto list = NewList();
+    EXPECT_EQ(unlocked.ReadFile(list.get(), false), -31);
+}
+
 TEST_F(NUFileIOTest, ParseLineSetsSectionsAndAborts) {
     WriteFile(file, "top=1\n[s1]\nin=2\n");
     RecordingObj obj(file);

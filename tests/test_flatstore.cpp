@@ -125,6 +125,56 @@ TEST_F(FlatStoreTest, BadContentFailsTheRead) {
     }
 }
 
+// A NUL byte makes its line bad content: reported with the line, the field left
+// out, and nothing merged into a neighbour; `end` before a NUL still closes.
+TEST_F(FlatStoreTest, LineWithNulIsReportedAndNeverMerged) {
+    const std::string nul(1, '\0');
+    WriteFile(Store("nul"), "object 1\nname=ab" + nul + "cd\nkana=x\nend" + nul + "\nobject 2\nName=b\nend\n");
+    ConvStdCom com(&app, Store("nul").c_str());
+    EXPECT_EQ(com.Read(), 0);
+    EXPECT_EQ(All(com), (Records{{"ID=1:1", "kana=x:0"}, {"ID=2:1", "Name=b:0"}}));
+    EXPECT_TRUE(com.IsFailed());
+    EXPECT_EQ(app.StatusWord(), 1);
+    EXPECT_TRUE(UserLogHas("[WARN] 値[name=ab\\0cd]が不正です。行[2]ファイル[" + Store("nul") + "]"));
+    EXPECT_TRUE(UserLogHas("値[end\\0]が不正です。行[4]"));
+
+    // A zero-filled block in an index (a crash remnant) hides no later entry.
+    WriteFile(Store("data/user/index"), "a=5\n" + std::string(4096, '\0') + "\nb=6\n_lastid=6\n");
+    ConvStdComIndex index(&app, Store("data/user/index").c_str(), false);
+    EXPECT_EQ(index.Read(), 6);
+    EXPECT_EQ(index.Ids(), (std::vector<int32_t>{5, 6}));
+    EXPECT_TRUE(UserLogHas("行[2]ファイル[" + Store("data/user/index") + "]"));
+}
+
+// An id beyond 32 bits is bad content, never another record's id.
+TEST_F(FlatStoreTest, IdsOutsideThirtyTwoBitsAreRefused) {
+    Put("data/user/index", "a=1\nc=4294967297\nd=-4294967294\ne=99999999999999999999\nb=2\n_lastid=2\n");
+    ConvStdComIndex values(&app, Store("data/user/index").c_str(), false);
+    EXPECT_EQ(values.Read(), 2);
+    EXPECT_EQ(values.Ids(), (std::vector<int32_t>{1, 2}));
+    EXPECT_TRUE(UserLogHas("[WARN] 値[4294967297]が不正です。行[2]ファイル[" + Store("data/user/index") + "]"));
+    EXPECT_TRUE(UserLogHas("値[-4294967294]が不正です。行[3]"));
+
+    Put("data/agenda/index", "4294967301=a\n7=b\n_lastid=7\n");
+    ConvStdComIDIndex keys(&app, Store("data/agenda/index").c_str(), false);
+    EXPECT_EQ(keys.Read(), 7);
+    EXPECT_EQ(keys.Ids(), (std::vector<int32_t>{7}));
+
+    Put("data/group/index", "a=1\n_lastid=4294967296\n");
+    ConvStdComIndex last(&app, Store("data/group/index").c_str(), true);
+    EXPECT_EQ(last.Read(), -31);
+
+    Put("big", "object 4294967297\nk=v\nend\n");
+    ConvStdCom record(&app, Store("big").c_str());
+    EXPECT_EQ(record.Read(), -31);
+    EXPECT_EQ(record.RecordCount(), 0u);
+
+    Put("admin", "1=4294967297\n2=3\n");
+    ConvStdComItemIndex admins(&app, Store("admin").c_str());
+    EXPECT_EQ(admins.Read(), 0);
+    EXPECT_EQ(All(admins), (Records{{"ID=3:1"}}));
+}
+
 TEST_F(FlatStoreTest, MissingFileIsNoFailureButAnEmptyPathIs) {
     ConvStdCom missing(&app, Store("data/user/1/schacc").c_str());
     EXPECT_EQ(missing.Read(), 0);

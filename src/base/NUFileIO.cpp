@@ -4,7 +4,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -18,6 +20,16 @@ struct FileCloser {
     void operator()(FILE* file) const noexcept { fclose(file); }
 };
 using FilePtr = std::unique_ptr<FILE, FileCloser>;
+
+// The buffer getline grows.
+struct LineBuffer {
+    char* data = nullptr;
+    std::size_t capacity = 0;
+    LineBuffer() = default;
+    LineBuffer(const LineBuffer&) = delete;
+    LineBuffer& operator=(const LineBuffer&) = delete;
+    ~LineBuffer() { std::free(data); }
+};
 
 // A "#" is a comment only with a TAB directly before it; the text is cut at the TAB.
 void CutTabComment(char* text) {
@@ -94,51 +106,72 @@ int NUFileIO::ReadFile(NUioObj* object, bool dirtyOk) {
     if (!in) {
         ret = (errno == ENOENT || errno == EBADF || errno == ENOTDIR) ? -16 : -10;
     }
-    char line[kLineBuffer];
+    // A physical line is everything up to its LF, whatever bytes stand before
+    // it; it is handed on in pieces of at most kLineBuffer - 1 bytes.
+    LineBuffer buffer;
+    char piece[kLineBuffer];
     std::string section;
-    bool inLongLine = false;  // the last piece ended without LF
-    while (ret == 0 && in && fgets(line, sizeof line, in.get())) {
-        std::size_t len = std::strlen(line);
-        bool continuesPiece = inLongLine;
-        inLongLine = len == 0 || line[len - 1] != '\n';
-        if (!inLongLine) line[len - 1] = '\0';
-
-        if (continuesPiece) {
-            CutTabComment(line);
-            TrimValue(line);
-            ret = object->AddContinuation(line);
-        } else {
-            ret = object->ParseLine(line, section);
-            if (ret == 1) {
-                ret = 0;
-                continue;
-            }
-            if (ret != 0) break;
-            if (line[0] == '\t') {
-                line[0] = '\n';
-                if (line[1] != '\0') TrimValue(line + 1);
-                ret = object->AddContinuation(line);
-            } else {
-                char* sep = std::strchr(line, separator);
-                char* hash = std::strchr(line, '#');
-                if (hash && (!sep || hash < sep) &&
-                    (hash == line || hash[-1] == ' ' || hash[-1] == '\t'))
-                    continue;  // a comment line
-                if (!sep) continue;
-                *sep = '\0';
-                comStrRTrim(line);
-                char* value = sep + 1;
-                CutTabComment(value);
-                TrimValue(value);
-                ret = object->AddValue(line, value, section.c_str());
-                if (ret != 0) break;
-            }
+    long lineNumber = 0;
+    while (ret == 0 && in) {
+        errno = 0;
+        const ssize_t read = getline(&buffer.data, &buffer.capacity, in.get());
+        if (read <= 0) {
+            // The end of the file, or a failure that must not pass for one.
+            if (errno == ENOMEM) ret = -2;
+            else if (ferror(in.get())) ret = -10;
+            break;
         }
-        if (ret == -7) ret = 0;  // nothing to continue is no error
+        const char* physical = buffer.data;
+        const std::size_t length = static_cast<std::size_t>(read);
+        object->SetReadLineNumber(++lineNumber);
+        const std::size_t content = physical[length - 1] == '\n' ? length - 1 : length;
+        if (std::memchr(physical, '\0', content)) {
+            ret = object->BadLine(physical, content);
+            continue;
+        }
+        for (std::size_t pos = 0; ret == 0 && pos < length;) {
+            const std::size_t take = std::min(length - pos, sizeof piece - 1);
+            std::memcpy(piece, physical + pos, take);
+            piece[take] = '\0';
+            const bool continuesPiece = pos > 0;
+            pos += take;
+            if (piece[take - 1] == '\n') piece[take - 1] = '\0';
+            ret = ReadPiece(object, piece, continuesPiece, section);
+        }
     }
     in.reset();
     if (!noLock) Unlock();
     return ret != 0 ? ret : result;
+}
+
+int NUFileIO::ReadPiece(NUioObj* object, char* line, bool continuesPiece, std::string& section) {
+    int ret;
+    if (continuesPiece) {
+        CutTabComment(line);
+        TrimValue(line);
+        ret = object->AddContinuation(line);
+    } else {
+        ret = object->ParseLine(line, section);
+        if (ret == 1) return 0;
+        if (ret != 0) return ret;
+        if (line[0] != '\t') {
+            char* sep = std::strchr(line, separator);
+            char* hash = std::strchr(line, '#');
+            if (hash && (!sep || hash < sep) && (hash == line || hash[-1] == ' ' || hash[-1] == '\t'))
+                return 0;  // a comment line
+            if (!sep) return 0;
+            *sep = '\0';
+            comStrRTrim(line);
+            char* value = sep + 1;
+            CutTabComment(value);
+            TrimValue(value);
+            return object->AddValue(line, value, section.c_str());
+        }
+        line[0] = '\n';
+        if (line[1] != '\0') TrimValue(line + 1);
+        ret = object->AddContinuation(line);
+    }
+    return ret == -7 ? 0 : ret;  // nothing to continue is no error
 }
 
 bool NUFileIO::WriteRecord(FILE* out, const std::string& section, const char* name,

@@ -55,6 +55,8 @@ public:
 protected:
     int ReadLock(const std::string& path);
     int WriteLock(const std::string& path);
+    // Hands one piece of a physical line (without its LF) to object.
+    int ReadPiece(NUioObj* object, char* line, bool continuesPiece, std::string& section);
     // Writes one item by the record format; false when a write failed.
     bool WriteRecord(FILE* out, const std::string& section, const char* name, const char* value);
 

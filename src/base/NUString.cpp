@@ -223,7 +223,10 @@ int NUString::Append(const char* text) {
     if (IsNullOrEmpty(text)) return 0;
     const std::size_t oldLen = buf ? std::strlen(buf.get()) : 0;
     const std::size_t addLen = std::strlen(text);
-    const std::size_t size = std::max(oldLen + addLen + 1, static_cast<std::size_t>(valueSize));
+    // An unbounded text grows by doubling, so that repeated appends cost
+    // amortised constant time a byte.
+    const std::size_t size = std::max({oldLen + addLen + 1, static_cast<std::size_t>(valueSize),
+                                       valueSize == 0 ? 2 * capacity : std::size_t{0}});
     if (buf && capacity >= oldLen + addLen + 1) {
         std::memmove(buf.get() + oldLen, text, addLen);
         buf[oldLen + addLen] = '\0';

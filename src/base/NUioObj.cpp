@@ -9,6 +9,8 @@ int NUioObj::ParseLine(char* /*line*/, std::string& /*section*/) { return 0; }
 
 int NUioObj::AddContinuation(const char* /*line*/) { return 0; }
 
+int NUioObj::BadLine(const char* /*line*/, std::size_t /*length*/) { return -31; }
+
 NUioObjList::NUioObjList(int capacity) : listCapacity(capacity) {}
 
 NUioObjList::~NUioObjList() = default;

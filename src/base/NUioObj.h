@@ -2,6 +2,7 @@
 // and its general form: a list of name and value pairs with a file path.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -29,6 +30,18 @@ public:
     // The text of a continuation line, beginning with LF for a TAB-led line.
     // -7 means there is nothing to continue and is not an error.
     virtual int AddContinuation(const char* line);
+    // A physical line that holds a NUL byte (line and length without its LF).
+    // Such a line is bad content: it reaches neither ParseLine nor AddValue, so
+    // it never merges with a neighbour. 0 passes over it, anything else aborts
+    // the read. By default the file is refused as broken with -31.
+    virtual int BadLine(const char* line, std::size_t length);
+
+    // Number (from 1) of the physical line the reader is handing on.
+    long ReadLineNumber() const { return readLineNumber; }
+    void SetReadLineNumber(long number) { readLineNumber = number; }
+
+private:
+    long readLineNumber = 0;
 };
 
 // Results: -1 null argument or path too long, -2 out of memory, -7 nothing to

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <string_view>
 
 #include "base/jisUcsTable.h"
@@ -141,7 +142,8 @@ const JisIndex& Index() {
 
 class JisWriter {
 public:
-    explicit JisWriter(char* out) : start_(reinterpret_cast<Byte*>(out)), out_(start_) {}
+    explicit JisWriter(char* out, JisMode mode = JisMode::Ascii)
+        : start_(reinterpret_cast<Byte*>(out)), out_(start_), mode_(mode) {}
 
     void Single(Byte byte) {
         Switch(JisMode::Ascii);
@@ -163,6 +165,9 @@ public:
         *out_ = 0;
         return static_cast<std::size_t>(out_ - start_);
     }
+    // Bytes written so far; the mode stays as it is, for more text to follow.
+    std::size_t Written() const { return static_cast<std::size_t>(out_ - start_); }
+    JisMode Mode() const { return mode_; }
 
 private:
     void Switch(JisMode mode) {
@@ -175,7 +180,7 @@ private:
 
     Byte* start_;
     Byte* out_;
-    JisMode mode_ = JisMode::Ascii;
+    JisMode mode_;
 };
 
 // ---------------------------------------------------------------------------------------
@@ -207,50 +212,82 @@ std::size_t ReadEscape(const Byte* p, const Byte* end, JisMode& mode) {
     return 0;
 }
 
-template <class Sink>
-void ReadJis(const Byte* p, const Byte* end, bool takeShifts, Sink& sink) {
-    JisMode mode = JisMode::Ascii;
-    JisMode beforeShift = JisMode::Ascii;
-    bool shifted = false;
-    while (p < end) {
-        const Byte byte = *p;
-        if (byte == kEsc) {
-            JisMode next = mode;
-            if (const std::size_t size = ReadEscape(p, end, next)) {
-                mode = next;
-                shifted = false;
-                p += size;
-            } else {
+// True when the bytes from p to end begin one of our escape sequences without
+// completing it: more input decides what they are.
+bool IsEscapePrefix(const Byte* p, const Byte* end) {
+    const std::size_t left = static_cast<std::size_t>(end - p);
+    for (const Escape& escape : kEscapes) {
+        if (left < escape.sequence.size() && std::memcmp(p, escape.sequence.data(), left) == 0) return true;
+    }
+    return false;
+}
+
+// The JIS reader with its state, so that a text may arrive in parts. With final
+// unset it stops before bytes whose meaning depends on what follows (a cut escape
+// sequence, the first byte of a pair) and returns where it stopped.
+class JisReader {
+public:
+    explicit JisReader(bool takeShifts) : takeShifts_(takeShifts) {}
+
+    template <class Sink>
+    const Byte* Read(const Byte* p, const Byte* end, bool final, Sink& sink) {
+        while (p < end) {
+            const Byte byte = *p;
+            if (byte == kEsc) {
+                JisMode next = mode_;
+                if (const std::size_t size = ReadEscape(p, end, next)) {
+                    mode_ = next;
+                    shifted_ = false;
+                    p += size;
+                } else if (!final && IsEscapePrefix(p, end)) {
+                    return p;
+                } else {
+                    sink.Single(byte);
+                    ++p;
+                }
+            } else if (takeShifts_ && (byte == kShiftOut || byte == kShiftIn)) {
+                if (byte == kShiftOut && !shifted_) {
+                    beforeShift_ = mode_;
+                    mode_ = JisMode::Kana;
+                    shifted_ = true;
+                } else if (byte == kShiftIn && shifted_) {
+                    mode_ = beforeShift_;
+                    shifted_ = false;
+                }
+                ++p;
+            } else if (byte < 0x21 || mode_ == JisMode::Ascii) {
                 sink.Single(byte);
                 ++p;
+            } else if (mode_ == JisMode::Kana) {
+                sink.Kana(byte);
+                ++p;
+            } else if (end - p >= 2 && p[1] >= 0x21) {
+                // A run of pairs, the bulk of Japanese text, without the checks above.
+                do {
+                    sink.Double(p[0], p[1]);
+                    p += 2;
+                } while (end - p >= 2 && p[0] >= 0x21 && p[1] >= 0x21);
+            } else if (!final && end - p < 2) {
+                return p;
+            } else {
+                sink.Lone(byte);
+                ++p;
             }
-        } else if (takeShifts && (byte == kShiftOut || byte == kShiftIn)) {
-            if (byte == kShiftOut && !shifted) {
-                beforeShift = mode;
-                mode = JisMode::Kana;
-                shifted = true;
-            } else if (byte == kShiftIn && shifted) {
-                mode = beforeShift;
-                shifted = false;
-            }
-            ++p;
-        } else if (byte < 0x21 || mode == JisMode::Ascii) {
-            sink.Single(byte);
-            ++p;
-        } else if (mode == JisMode::Kana) {
-            sink.Kana(byte);
-            ++p;
-        } else if (end - p >= 2 && p[1] >= 0x21) {
-            // A run of pairs, the bulk of Japanese text, without the checks above.
-            do {
-                sink.Double(p[0], p[1]);
-                p += 2;
-            } while (end - p >= 2 && p[0] >= 0x21 && p[1] >= 0x21);
-        } else {
-            sink.Lone(byte);
-            ++p;
         }
+        return p;
     }
+
+private:
+    bool takeShifts_;
+    JisMode mode_ = JisMode::Ascii;
+    JisMode beforeShift_ = JisMode::Ascii;
+    bool shifted_ = false;
+};
+
+template <class Sink>
+void ReadJis(const Byte* p, const Byte* end, bool takeShifts, Sink& sink) {
+    JisReader reader(takeShifts);
+    reader.Read(p, end, true, sink);
 }
 
 class Utf8Sink {
@@ -391,6 +428,26 @@ public:
 
 // ---------------------------------------------------------------------------------------
 // The converters over byte ranges.
+
+// Writes the EUC-JP bytes as JIS; with final unset it stops before a last byte
+// that may begin a two-byte character and returns where it stopped.
+const Byte* WriteEucAsJis(const Byte* p, const Byte* end, bool final, JisWriter& writer) {
+    while (p < end) {
+        const Byte byte = *p;
+        if (!final && end - p == 1 && (byte == 0x8E || (byte >= 0xA1 && byte <= 0xFE))) return p;
+        if (byte >= 0xA1 && byte <= 0xFE && end - p >= 2 && p[1] >= 0xA1 && p[1] <= 0xFE) {
+            writer.Double(static_cast<Byte>(byte - 0x80), static_cast<Byte>(p[1] - 0x80));
+            p += 2;
+        } else if (byte == 0x8E && end - p >= 2 && p[1] >= 0xA1 && p[1] <= 0xDF) {
+            writer.Kana(static_cast<Byte>(p[1] - 0x80));
+            p += 2;
+        } else {
+            writer.Single(byte);
+            ++p;
+        }
+    }
+    return p;
+}
 
 std::size_t EucToJis(const Byte* p, const Byte* end, char* out) {
     JisWriter writer(out);
@@ -563,4 +620,65 @@ char* EucToUtf8(const char* text) {
     // Hand back no more than the text needs; keep the large block if shrinking fails.
     if (char* fitted = static_cast<char*>(std::realloc(utf8, utf8Size + 1))) utf8 = fitted;
     return utf8;
+}
+
+struct EucToUtf8Stream::State {
+    JisMode writerMode = JisMode::Ascii;
+    JisReader reader{true};
+    std::string rawTail;  // EUC-JP bytes not yet written as JIS
+    std::string jisTail;  // JIS bytes not yet read
+};
+
+EucToUtf8Stream::EucToUtf8Stream() : state_(std::make_unique<State>()) {}
+
+EucToUtf8Stream::~EucToUtf8Stream() = default;
+
+void EucToUtf8Stream::Reset() { *state_ = State{}; }
+
+namespace {
+
+// JIS of tail and raw behind jisTail in a buffer, by the 4n + 4 rule of the writer.
+std::string JisOf(const std::string& jisTail, const Byte* raw, const Byte* end, JisMode& mode, bool final,
+                  const Byte** stop) {
+    std::string jis(jisTail.size() + 4 * static_cast<std::size_t>(end - raw) + 8, '\0');
+    std::memcpy(jis.data(), jisTail.data(), jisTail.size());
+    JisWriter writer(jis.data() + jisTail.size(), mode);
+    *stop = WriteEucAsJis(raw, end, final, writer);
+    const std::size_t written = final ? writer.Finish() : writer.Written();
+    mode = writer.Mode();
+    jis.resize(jisTail.size() + written);
+    return jis;
+}
+
+}  // namespace
+
+void EucToUtf8Stream::Feed(const char* part, std::size_t length, std::string& out) {
+    State& st = *state_;
+    std::string raw = st.rawTail;
+    raw.append(part ? part : "", part ? length : 0);
+    const Byte* begin = reinterpret_cast<const Byte*>(raw.data());
+    const Byte* stop = nullptr;
+    const std::string jis = JisOf(st.jisTail, begin, begin + raw.size(), st.writerMode, false, &stop);
+    st.rawTail.assign(reinterpret_cast<const char*>(stop), raw.size() - static_cast<std::size_t>(stop - begin));
+
+    const std::size_t start = out.size();
+    out.resize(start + 4 * jis.size() + 4);
+    Utf8Sink sink(out.data() + start, Index());
+    const Byte* jisBegin = reinterpret_cast<const Byte*>(jis.data());
+    const Byte* jisStop = st.reader.Read(jisBegin, jisBegin + jis.size(), false, sink);
+    out.resize(start + sink.Finish());
+    st.jisTail.assign(reinterpret_cast<const char*>(jisStop), jis.size() - static_cast<std::size_t>(jisStop - jisBegin));
+}
+
+void EucToUtf8Stream::Peek(std::string& out) const {
+    State st = *state_;
+    const Byte* begin = reinterpret_cast<const Byte*>(st.rawTail.data());
+    const Byte* stop = nullptr;
+    const std::string jis = JisOf(st.jisTail, begin, begin + st.rawTail.size(), st.writerMode, true, &stop);
+    const std::size_t start = out.size();
+    out.resize(start + 4 * jis.size() + 4);
+    Utf8Sink sink(out.data() + start, Index());
+    const Byte* jisBegin = reinterpret_cast<const Byte*>(jis.data());
+    st.reader.Read(jisBegin, jisBegin + jis.size(), true, sink);
+    out.resize(start + sink.Finish());
 }

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
+#include <string>
 
 // Each converter reads the terminated text in and writes a terminated result into out,
 // which the caller sizes to 4 * strlen(in) + 4 bytes. A null in counts as empty; a null
@@ -30,3 +32,25 @@ std::size_t comJisToUtf8(const char* in, char* out);
 // EUC-JP to UTF-8 through JIS. The result comes from malloc and the caller frees it;
 // null only when memory runs out. A null text counts as empty.
 char* EucToUtf8(const char* text);
+
+// EUC-JP to UTF-8 for a text that arrives in parts. Feed appends what the parts so
+// far decide; Peek appends what the bytes held back (a cut character, a cut
+// escape sequence) give if the text ends there. Every part's output joined with
+// Peek equals EucToUtf8 of the whole text, at a cost linear in the text.
+// Allocation failures throw std::bad_alloc.
+class EucToUtf8Stream {
+public:
+    EucToUtf8Stream();
+    ~EucToUtf8Stream();
+    EucToUtf8Stream(const EucToUtf8Stream&) = delete;
+    EucToUtf8Stream& operator=(const EucToUtf8Stream&) = delete;
+
+    // Starts a new text.
+    void Reset();
+    void Feed(const char* part, std::size_t length, std::string& out);
+    void Peek(std::string& out) const;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};

@@ -2,6 +2,9 @@
 // numeric tests and cutting UTF-8 text without splitting a character.
 #include "base/comStr.h"
 
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <strings.h>
 
@@ -39,6 +42,14 @@ bool comIsNumeric(const char* text) {
     while (*p >= '0' && *p <= '9') ++p;
     while (IsBlank(*p)) ++p;
     return *p == '\0';
+}
+
+bool comStrToInt32(const char* text, int32_t& out) {
+    errno = 0;
+    const long long value = std::strtoll(text ? text : "", nullptr, 10);
+    if (errno == ERANGE || value < INT32_MIN || value > INT32_MAX) return false;
+    out = static_cast<int32_t>(value);
+    return true;
 }
 
 int comUtf8CharLen(unsigned char leadByte) {

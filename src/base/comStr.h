@@ -2,6 +2,8 @@
 // numeric tests and UTF-8 aware cutting.
 #pragma once
 
+#include <cstdint>
+
 #include <cstddef>
 
 // Removes trailing white space (blank, TAB, LF, CR) in place; returns text.
@@ -12,6 +14,9 @@ int comStrNCaseCmp(const char* a, const char* b, std::size_t n);
 
 // Optional leading "-", digits, then only white space to the end.
 bool comIsNumeric(const char* text);
+// The number strtol reads at the start of text (0 for none or a null text) into
+// out; false, with out untouched, when that number doesn't fit in 32 bits.
+bool comStrToInt32(const char* text, int32_t& out);
 
 // Length of a UTF-8 sequence from its lead byte, -1 for a byte that can't lead.
 int comUtf8CharLen(unsigned char leadByte);

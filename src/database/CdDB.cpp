@@ -2,6 +2,7 @@
 // may exceed a machine word, so the conversions work on digit strings.
 #include "database/CdDB.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -143,8 +144,9 @@ int MakeStampId(char* out, char* stampOut) {
                   static_cast<int>(now.tv_nsec / 1000));
     const char* digits = stamp + 2;  // the century is dropped: 18 digits remain
     if (stampOut) {
-        std::strncpy(stampOut, digits, kCdDBStampSize - 1);
-        stampOut[kCdDBStampSize - 1] = '\0';
+        const std::size_t length = std::min(std::strlen(digits), static_cast<std::size_t>(kCdDBStampSize - 1));
+        std::memcpy(stampOut, digits, length);
+        stampOut[length] = '\0';
     }
     return MakeBase36Id(digits, out);
 }

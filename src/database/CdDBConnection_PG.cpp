@@ -124,8 +124,20 @@ int CdDBConnection_PG::Connect(const char* user, const char* password, const cha
         ConnPtr attemptConn(PQconnectdb(connectString.c_str()));
         if (!attemptConn) return kDbConnectFailed;
         if (PQstatus(attemptConn.get()) != CONNECTION_BAD) {
+            PQsetNoticeProcessor(attemptConn.get(), NoticeProcessor, nullptr);
+            // Literals are quoted by doubling quotes only, which is safe only while
+            // a backslash is an ordinary character: make sure of it whatever the
+            // server's setting, and refuse a connection that can't have it.
+            ResultPtr conforming(PQexec(attemptConn.get(), "SET standard_conforming_strings TO on"));
+            const char* setting = PQparameterStatus(attemptConn.get(), "standard_conforming_strings");
+            if (PQresultStatus(conforming.get()) != PGRES_COMMAND_OK || !setting || std::strcmp(setting, "on") != 0) {
+                std::snprintf(errorMessage, sizeof errorMessage, "[]:standard_conforming_strings can't be on: %s",
+                              PQerrorMessage(attemptConn.get()));
+                comUtf8CutBytes(errorMessage, static_cast<int>(sizeof errorMessage - 1), true);
+                status = CONNECTION_BAD;
+                break;
+            }
             conn = std::move(attemptConn);
-            PQsetNoticeProcessor(conn.get(), NoticeProcessor, nullptr);
             result.reset(PQexec(conn.get(), "SET client_encoding TO UTF8"));
             if (IsTracing()) Trace("%lld \"DB open\"\n", comMillis() - start);
             return 0;

@@ -201,7 +201,9 @@ std::string RecordJson(const ConvRow& record) {
     for (std::size_t i = 0; i < record.size(); ++i) {
         const ConvRowItem& item = *record[i];
         if (i > 0) out += ",";
-        out += "[" + JsonString(item.name) + ",";
+        out += '[';
+        out += JsonString(item.name);
+        out += ',';
         if (item.type == kRowTypeList) {
             out += "[";
             for (std::size_t k = 0; k < item.list.size(); ++k) {

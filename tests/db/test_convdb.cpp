@@ -77,6 +77,28 @@ TEST_F(ConvDBTest, DuplicateKeyRowIsSkippedAndTheNextRowGoesIn) {
     EXPECT_TRUE(UserLogHas("[ERR] t_item [ID=2] 重複エラーが発生したため処理を中断しました。"));
 }
 
+// A row is named only by its own values, and a row with nothing to write is
+// left out with a warning instead of sending a statement that can't parse.
+TEST_F(ConvDBTest, RowsAreNamedByTheirOwnKeysAndEmptyRowsAreLeftOut) {
+    ASSERT_EQ(kiv_->SetTransactional(false), 0);
+    ConvDBEntry writer(&app_, kiv_);
+    writer.AddKey("ID", "");
+    writer.AddKey("NAME", "");
+
+    ConvRow five = Row({{"sid_corporate", "1", 1}, {"id", "5", 1}, {"name", "five", 0}});
+    EXPECT_EQ(writer.Entry("t_item", five), 0);
+    ConvRow noId = Row({{"sid_corporate", "1", 1}, {"name", "anon", 0}});  // id is NOT NULL
+    EXPECT_EQ(writer.Entry("t_item", noId), 1);
+    EXPECT_TRUE(UserLogHasStart("[WARN] t_item [ID=] [NAME=anon] 必須エラー"));
+
+    ConvRow empty = Row({{"id", nullptr, 1}});  // "2=" in an item list
+    EXPECT_EQ(writer.Entry("t_item", empty), 1);
+    EXPECT_TRUE(UserLogHas("[WARN] t_item [ID=] [NAME=] 登録する値がないため、スキップしました。"));
+    writer.SetUpdateMode(true);
+    EXPECT_EQ(writer.Entry("t_item", empty), 1);
+    EXPECT_EQ(Value("SELECT count(*) FROM t_item"), "1");
+}
+
 TEST_F(ConvDBTest, ContinueRuleFollowsTransactionAndPhase) {
     ConvDB db(&app_, kiv_);
     db.SetTitle("t_item");
@@ -314,3 +336,41 @@ TEST_F(ConvDBTest, RowHelpersAndKeyTexts) {
 }
 
 }  // namespace
+
+// A server whose literals still take backslash escapes: the connection turns that
+// off for itself, so every value arrives exactly as it was quoted.
+class ConvDBOldLiteralsTest : public ClusterRunTest {
+protected:
+    ConvDBOldLiteralsTest()
+        : ClusterRunTest("convdb_oldliterals",
+                         "CREATE TABLE t_text (id int PRIMARY KEY, memo text);"
+                         "ALTER DATABASE convdb_oldliterals SET standard_conforming_strings = off;") {}
+};
+
+TEST_F(ConvDBOldLiteralsTest, TrickyValuesRoundTripWithTheServerSettingOff) {
+    EXPECT_EQ(TestCluster().QueryValue("convdb_oldliterals", "SHOW standard_conforming_strings").value_or(""), "off");
+    ASSERT_EQ(kiv_->SetTransactional(false), 0);
+    ConvDBEntry writer(&app_, kiv_);
+    std::string big(3 * 1024 * 1024, 'x');
+    for (std::size_t i = 0; i < big.size(); i += 997) big[i] = "\\'$-/*"[i % 6];
+    const std::vector<std::string> values = {
+        R"(\',(select current_user || chr(33)))--)",
+        "ends in a backslash\\",
+        R"(\\ \n \x41 \101 '' \')",
+        "$1 $2 $$ $tag$ x $tag$",
+        "-- a comment\n/* and another */ ;",
+        "E'\\n' U&'\\0041'",
+        big,
+    };
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        SCOPED_TRACE(i);
+        const std::string id = std::to_string(i + 1);
+        ConvRow row;
+        AddColumn("id", id.c_str(), kRowTypeNumber, row);
+        AddColumn("memo", values[i].c_str(), kRowTypeText, row);
+        ASSERT_EQ(writer.Entry("t_text", row), 0);
+        EXPECT_TRUE(Value("SELECT memo = " + std::string("$q$") + values[i] + "$q$ FROM t_text WHERE id=" + id) ==
+                    "t");
+    }
+    EXPECT_EQ(Value("SELECT count(*) FROM t_text"), std::to_string(values.size()));
+}

@@ -43,6 +43,8 @@ protected:
     std::string Kiv(const std::string& sql) { return TestCluster().QueryValue(kKiv, sql).value_or("<null>"); }
 
     ChildResult Create() {
+        // An empty store; stage A's owner steps need its user index all the same.
+        WriteFile(dir / "store/data/user/index", "_lastid=0\n");
         PgCluster& pg = TestCluster();
         Args args({"convsch", dir.Path(), "1", "create", dir / "store", pg.Host(), pg.PortText(), pg.User(),
                    pg.Password(), kSource + "/examples/target", pg.Host(), pg.PortText(), pg.User(), pg.Password(),

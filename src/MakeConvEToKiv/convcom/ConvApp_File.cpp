@@ -82,6 +82,20 @@ std::string FindSourceForm(const std::string& source) {
     return source;
 }
 
+// True when a path below a root would lead out of it: an absolute path, or
+// one with a ".." part.
+bool LeavesTree(const char* relative) {
+    if (!relative) return false;
+    if (relative[0] == '/') return true;
+    for (const char* part = relative; *part;) {
+        const std::size_t length = std::strcspn(part, "/");
+        if (length == 2 && part[0] == '.' && part[1] == '.') return true;
+        part += length;
+        if (*part == '/') ++part;
+    }
+    return false;
+}
+
 }  // namespace
 
 int CopyFileTolerant(const char* source, const char* target) {
@@ -224,7 +238,16 @@ int32_t ConvApp::CopyAttachFile(const char* sourcePath, const char* targetPath, 
         GetTargetFileRoot(to);
         if (targetPath) to += targetPath;
 
-        if (CopyFileTolerant(from.c_str(), to.c_str()) == 0) return 0;
+        // A stored name that leads out of the source tree is refused like a
+        // missing file: nothing outside the store is read.
+        int copied;
+        if (LeavesTree(sourcePath)) {
+            errno = ENOENT;
+            copied = -1;
+        } else {
+            copied = CopyFileTolerant(from.c_str(), to.c_str());
+        }
+        if (copied == 0) return 0;
         const int err = errno;
         const std::string errorText = Cut(std::strerror(err), kErrorTextMax);
         const int32_t ret = MapCopyError(err, kCopyFailed);

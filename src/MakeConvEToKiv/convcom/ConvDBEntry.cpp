@@ -91,6 +91,8 @@ void ConvDBEntry::SetUpdateMode(bool flag) { updateMode = flag; }
 
 int32_t ConvDBEntry::CollectColumns(const char*, ConvRow& row) {
     Clear();
+    // A message names only values of the row it is about.
+    for (auto& entry : keys) entry.second.clear();
     int32_t ret = BeforeCollect();
     if (ret != 0) {
         app->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
@@ -121,6 +123,10 @@ int32_t ConvDBEntry::Entry(const char* table, ConvRow& row) {
         app->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
         return ret;
     }
+    // Bad input can leave a row without a column to write; the statement would
+    // not parse, so the row is left out and the run goes on.
+    if (updateMode ? assignments.empty() : columns.empty())
+        return ReportRowMessage(row, kConvRowSkipped, CONV_HERE, true, "登録する値がないため、スキップしました。");
     if (updateMode) {
         sql = "UPDATE " + title + " SET " + assignments + " WHERE SID_CORPORATE=" + std::to_string(GetCorporateId());
         if (!whereText.empty()) sql += " AND " + whereText;

@@ -8,8 +8,10 @@
 #include "MakeConvEToKiv/convplant/ConvExEntPlantAccPlt.h"
 #include "MakeConvEToKiv/convplant/ConvExEntPlantIndex.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchIndex.h"
+#include "MakeConvEToKiv/convsch/ConvExEntSchMaster.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPr.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchPrAccess.h"
+#include "MakeConvEToKiv/convsch/ConvExEntSchSchedule.h"
 #include "MakeConvEToKiv/convvisitor/ConvExEntVisitorIndex.h"
 #include "MakeConvEToKiv/mainconvsch/ConvBatSch.h"
 #include "MakeConvLib/iofcom/CMSioObjMsg.h"
@@ -36,6 +38,10 @@ constexpr MainStep Function(const char* label) { return {label, nullptr}; }
 // A table enters this list once its conversion exists.
 constexpr MainStep kMainSteps[] = {
     // Schedule masters
+    Step("スケジュール共通設定", Make<ConvExEntSchSchSetting>),
+    Step("スケジュール予定マスター", Make<ConvExEntSchSchEvent>),
+    Step("スケジュール場所マスター", Make<ConvExEntSchSchPlace>),
+    Step("その他アイコン", Make<ConvExEntSchSchIcon>),
     Step("機能管理者設定所属ユーザー（スケジュール）", Make<ConvExEntSchRModuleAssignUser>),
     Step("索引マスター（スケジュール）", Make<ConvExEntSchIndex>),
     Step("スケジュール個人設定", Make<ConvExEntSchPrSchSetting>),
@@ -54,6 +60,11 @@ constexpr MainStep kMainSteps[] = {
     Step("機能管理者設定所属ユーザー（設備予約）", Make<ConvExEntPlantRModuleAssignUser>),
     Step("索引マスター（設備予約）", Make<ConvExEntPlantIndex>),
     // Schedules
+    Step("スケジュール", Make<ConvExEntSchSchedule>),
+    Step("スケジュール繰返日", Make<ConvExEntSchSchRepdate>),
+    Step("スケジュール添付ファイル", Make<ConvExEntSchAttachSchedule>),
+    Step("スケジュール登録先", Make<ConvExEntSchScheduleOtherTo>),
+    Step("スケジュール登録先ユーザー情報/付箋/アラーム", Make<ConvExEntSchScheduleUserInfo>),
     // Alarms
     // Minutes
     Function("議事録"),

@@ -2,6 +2,8 @@
 // free functions that read them, and the trace buffer of the base library.
 #pragma once
 
+#include <cstring>
+
 #include <cstddef>
 #include <memory>
 
@@ -48,7 +50,12 @@ public:
     void SetCurrentLanguage(Zi18nLang* lang) { currentLanguage = lang; }
 
     // The trace buffer that comTrace fills and the application flushes.
-    int AppendErrorDetail(const char* text) { return errorDetail.Append(text); }
+    // Text beyond what the trace log writes of it (8,190 bytes) is never kept.
+    int AppendErrorDetail(const char* text) {
+        if (std::strlen(errorDetail.GetStr()) >= kErrorDetailKeep) return 0;
+        return errorDetail.Append(text);
+    }
+    static constexpr std::size_t kErrorDetailKeep = 8191;
     const char* GetErrorDetail() const { return errorDetail.GetStr(); }
     void ClearErrorDetail() { errorDetail.Clear(); }
 

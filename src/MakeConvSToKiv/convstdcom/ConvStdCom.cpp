@@ -2,6 +2,7 @@
 // they build, record paths by id, and the reports that carry the file's path.
 #include "MakeConvSToKiv/convstdcom/ConvStdCom.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -69,6 +70,27 @@ int ConvStdCom::ParseLine(char* line, std::string& /*section*/) {
     }
 }
 
+int ConvStdCom::BadLine(const char* line, std::size_t length) {
+    try {
+        std::string shown;
+        for (std::size_t i = 0; i < length && shown.size() < 512; ++i) {
+            if (line[i] == '\0')
+                shown += "\\0";
+            else
+                shown += line[i];
+        }
+        ReportFileError(-31, CONV_HERE, 0, "値[%s]が不正です。行[%ld]", shown.c_str(), ReadLineNumber());
+        if (!CanContinue(-31)) return -31;
+        std::string text(line);  // up to the first NUL
+        const int ret = CheckLine(text.data());
+        lastLineWasField = false;  // the dropped field can't be continued
+        return ret == 1 || ret == 0 ? 0 : ret;
+    } catch (const std::bad_alloc&) {
+        ReportFileError(-2, CONV_HERE, 0, "メモリ確保に失敗しました。[%s]", "");
+        return -2;
+    }
+}
+
 int ConvStdCom::AddValue(const char* name, const char* value, const char* /*section*/) {
     lastLineWasField = true;
     try {
@@ -129,15 +151,28 @@ int ConvStdCom::SetItem(const char* name, const char* value) {
     std::string raw = value ? value : "";
     if (!raw.empty() && raw.back() == '\r') raw.pop_back();
     std::string text;
-    const int ret = Convert(raw, text);
-    if (ret != 0) return ret;
     if (currentList) {
-        rawValue.clear();
+        const int ret = Convert(raw, text);
+        if (ret != 0) return ret;
+        ResetValue();
         currentList->push_back(std::move(text));
         return 0;
     }
-    rawValue = std::move(raw);
+    StartValue(raw, text);
     return AddColumn(name, text.c_str(), kRowTypeText, *currentRecord);
+}
+
+void ConvStdCom::StartValue(const std::string& raw, std::string& text) {
+    ResetValue();
+    valueStream.Feed(raw.data(), raw.size(), text);
+    const std::size_t decided = text.size();
+    valueStream.Peek(text);
+    valueTail = text.size() - decided;
+}
+
+void ConvStdCom::ResetValue() {
+    valueStream.Reset();
+    valueTail = 0;
 }
 
 int ConvStdCom::AppendLine(const char* line) {
@@ -147,17 +182,30 @@ int ConvStdCom::AppendLine(const char* line) {
         // only a line that held a field, so the tail of a long comment is dropped.
         if (line[0] != '\n' && !lastLineWasField) return -7;
         lastLineWasField = true;
-        std::string piece = line;
-        if (!piece.empty() && piece.back() == '\r') piece.pop_back();
-        std::string joined = rawValue + piece;
-        // The whole value is converted anew, so a character split between two
-        // pieces comes out whole.
-        std::string text;
-        int ret = Convert(joined, text);
-        if (ret != 0) return ret;
-        ret = currentList ? AppendListValue(text.c_str()) : SetLastValue(text.c_str());
-        if (ret == 0) rawValue = std::move(joined);
-        return ret;
+        std::size_t length = std::strlen(line);
+        if (length > 0 && line[length - 1] == '\r') --length;
+        if (currentList) {
+            std::string text;
+            valueStream.Feed(line, length, text);
+            valueStream.Peek(text);
+            return AppendListValue(text.c_str());
+        }
+        // Only a text field continues; the ID and a closed list have nothing to add to.
+        if (!currentRecord || currentRecord->empty() || currentRecord->back()->type != kRowTypeText) return -7;
+        // Each piece is converted once: the value keeps what is decided, and only
+        // the conversion of a character cut at the piece's end is redone.
+        ConvRowItem& last = *currentRecord->back();
+        std::string text = last.value ? std::move(*last.value) : std::string();
+        text.resize(text.size() - std::min(valueTail, text.size()));
+        valueStream.Feed(line, length, text);
+        const std::size_t decided = text.size();
+        valueStream.Peek(text);
+        valueTail = text.size() - decided;
+        if (text.empty())
+            last.value.reset();
+        else
+            last.value = std::move(text);
+        return 0;
     } catch (const std::bad_alloc&) {
         ReportFileError(-2, CONV_HERE, 0, "メモリ確保に失敗しました。[%s]", line);
         return -2;
@@ -183,7 +231,7 @@ void ConvStdCom::Clear() {
     depth = 0;
     currentRecord = nullptr;
     currentList = nullptr;
-    rawValue.clear();
+    ResetValue();
     forcedId = 0;
     lastLineWasField = false;
 }
@@ -202,7 +250,9 @@ bool ConvStdCom::CanContinue(int code) {
 }
 
 int ConvStdCom::BeginRecord(const char* idText) {
-    if (!comIsNumeric(idText)) return -31;
+    int32_t number = 0;
+    // An id beyond 32 bits would name another record once it is stored.
+    if (!comIsNumeric(idText) || !comStrToInt32(idText, number)) return -31;
     std::string id;
     if (forcedId != 0) {
         id = std::to_string(forcedId);
@@ -213,7 +263,7 @@ int ConvStdCom::BeginRecord(const char* idText) {
     records.push_back(std::make_unique<ConvRow>());
     currentRecord = records.back().get();
     currentList = nullptr;
-    rawValue.clear();
+    ResetValue();
     return AddColumn("ID", id.c_str(), kRowTypeNumber, *currentRecord);
 }
 
@@ -222,7 +272,7 @@ int ConvStdCom::BeginList(const char* name) {
     const int ret = AddColumn(name ? name : "", nullptr, kRowTypeList, *currentRecord);
     if (ret != 0) return ret;
     currentList = &currentRecord->back()->list;
-    rawValue.clear();
+    ResetValue();
     return 0;
 }
 
@@ -262,7 +312,7 @@ int ConvStdCom::ReadById(int id) {
     depth = 0;
     currentRecord = nullptr;
     currentList = nullptr;
-    rawValue.clear();
+    ResetValue();
     lastLineWasField = false;
     readErrno = 0;  // a failed path below must not carry the errno of an earlier read
     const int ret = MakeRecordPath(id);

@@ -10,6 +10,7 @@
 
 #include "MakeConvEToKiv/convcom/ConvRow.h"
 #include "base/NUioObj.h"
+#include "base/comEncoding.h"
 
 class ConvApp;
 
@@ -34,6 +35,10 @@ public:
     // The flat store is never written; there is nothing to hand out.
     int GetItem(int index, const char** outName, const char** outValue, std::string& outSection) override;
     int AddContinuation(const char* line) override { return AppendLine(line); }
+    // A line with a NUL byte is reported with its line number (tolerated -31)
+    // and its field is dropped; an `object` or `end` before the NUL still
+    // counts, so that the records around it keep their bounds.
+    int BadLine(const char* line, std::size_t length) override;
 
     // The path; -11 when it is empty.
     virtual int GetFilePath(std::string& dst);
@@ -95,6 +100,10 @@ protected:
     void SetPathText(const char* text);
     // EUC-JP to UTF-8; -2 (reported) when memory runs out.
     int Convert(const std::string& raw, std::string& out);
+    // Starts a value that continuation lines may extend: its conversion into text.
+    void StartValue(const std::string& raw, std::string& text);
+    // No value can be continued any more.
+    void ResetValue();
 
     ConvApp* app;
     int depth = 0;
@@ -103,7 +112,10 @@ protected:
     std::string fileName;
     ConvRow* currentRecord = nullptr;
     std::vector<std::string>* currentList = nullptr;
-    std::string rawValue;
+    // The value being read, converted as its pieces arrive; the last valueTail
+    // bytes of the last item's value are the conversion of bytes held back.
+    EucToUtf8Stream valueStream;
+    std::size_t valueTail = 0;
     std::vector<std::unique_ptr<ConvRow>> records;
     int forcedId = 0;
     bool failed = false;

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
+#include "base/comEncoding.h"
 #include "base/comSource.h"
 #include "base/comStr.h"
 
@@ -14,8 +15,17 @@ namespace {
 
 const char kLastId[] = "_lastid";
 
-// The number strtol reads at the start of text, as an id; 0 for a non-number.
-int32_t IdOf(const char* text) { return static_cast<int32_t>(std::strtol(text ? text : "", nullptr, 10)); }
+// Bytes of a line for a report: each NUL shown as "\0".
+std::string Printable(const char* line, std::size_t length) {
+    std::string text;
+    for (std::size_t i = 0; i < length && text.size() < 512; ++i) {
+        if (line[i] == '\0')
+            text += "\\0";
+        else
+            text += line[i];
+    }
+    return text;
+}
 
 std::string WithoutCr(const char* value) {
     std::string text = value ? value : "";
@@ -67,21 +77,42 @@ int ConvStdComIndexIoObj::CheckLine(char* line) {
     return 0;
 }
 
+int ConvStdComIndexIoObj::BadLine(const char* line, std::size_t length) {
+    ReportLine(CONV_HERE, Printable(line, length).c_str());
+    return 0;
+}
+
+void ConvStdComIndexIoObj::ReportLine(const char* source, int line, const char* text) {
+    if (!app) return;
+    // The line is raw flat-store text.
+    std::unique_ptr<char, void (*)(void*)> utf8(EucToUtf8(text), std::free);
+    app->ReportError(1, source, line, true, nullptr, "値[%s]が不正です。行[%ld]ファイル[%s]",
+                     utf8 ? utf8.get() : "", ReadLineNumber(), indexPath.c_str());
+}
+
 bool ConvStdComIndexIoObj::TakeLastId(const char* name, const char* value, int& result) {
     if (!name || std::strcmp(name, kLastId) != 0) return false;
-    if (!comIsNumeric(value)) {
+    int32_t id = 0;
+    if (!comIsNumeric(value) || !comStrToInt32(value, id)) {
         if (app)
             app->ReportError(-31, CONV_HERE, true, indexPath.c_str(),
                              "ファイルのレコード取得に失敗しました。");
         result = -31;
         return true;
     }
-    lastId = IdOf(value);
+    lastId = id;
     result = 0;
     return true;
 }
 
-void ConvStdComIndexIoObj::AddId(const char* text) { ids.push_back(IdOf(text)); }
+void ConvStdComIndexIoObj::AddId(const char* text) {
+    int32_t id = 0;
+    if (!comStrToInt32(text, id)) {
+        ReportLine(CONV_HERE, text);
+        return;
+    }
+    ids.push_back(id);
+}
 
 int ConvStdComIndexIoObj::SetItem(const char* name, const char* value) {
     int result = 0;
@@ -135,7 +166,7 @@ void ConvStdComIndex::ClearRecords() {
     records.clear();
     currentRecord = nullptr;
     currentList = nullptr;
-    rawValue.clear();
+    ResetValue();
 }
 
 std::unique_ptr<ConvStdComIndexIoObj> ConvStdComIndex::NewIoObj() {
@@ -208,28 +239,27 @@ std::unique_ptr<ConvStdComIndexIoObj> ConvStdComIDIndex::NewIoObj() {
 
 int ConvStdComItemIndex::SetItem(const char* /*name*/, const char* value) {
     const std::string text = WithoutCr(value);
-    if (!text.empty() && !comIsNumeric(text.c_str())) {
+    int32_t id = 0;
+    if (!text.empty() && (!comIsNumeric(text.c_str()) || !comStrToInt32(text.c_str(), id))) {
         ReportFileError(-31, CONV_HERE, 0, "値[%s]が不正です。", text.c_str());
         return CanContinue(-31) ? 0 : -31;
     }
     records.push_back(std::make_unique<ConvRow>());
     currentRecord = records.back().get();
     currentList = nullptr;
-    rawValue.clear();
+    ResetValue();
     return AddColumn("ID", WithoutTrailingBlanks(text).c_str(), kRowTypeNumber, *currentRecord);
 }
 
 int ConvStdComItemIndex::BeginRecord(const char* /*idText*/) { return 0; }
 
 int ConvStdComStrIndex::SetItem(const char* /*name*/, const char* value) {
-    std::string raw = WithoutCr(value);
-    std::string text;
-    const int ret = Convert(raw, text);
-    if (ret != 0) return ret;
+    const std::string raw = WithoutCr(value);
     records.push_back(std::make_unique<ConvRow>());
     currentRecord = records.back().get();
     currentList = nullptr;
-    rawValue = std::move(raw);
+    std::string text;
+    StartValue(raw, text);
     return AddColumn("ITEM", text.c_str(), kRowTypeText, *currentRecord);
 }
 

@@ -26,6 +26,8 @@ public:
     int AddValue(const char* name, const char* value, const char* section) override;
     // An index is never written: -20, no item.
     int GetItem(int index, const char** outName, const char** outValue, std::string& outSection) override;
+    // A line with a NUL byte names no entry: reported with its line, passed over.
+    int BadLine(const char* line, std::size_t length) override;
 
     // Consumes `object ...` and `end` lines (1), 0 for all else.
     virtual int CheckLine(char* line);
@@ -41,7 +43,11 @@ public:
 protected:
     // Takes the `_lastid` line; true when name is `_lastid`, with result set.
     bool TakeLastId(const char* name, const char* value, int& result);
+    // Adds the entry's id; one that doesn't fit in 32 bits is reported with its
+    // line and passed over, as it would otherwise name another record.
     void AddId(const char* text);
+    // A tolerated problem of one line: a warning with the index path and line.
+    void ReportLine(const char* source, int line, const char* text);
 
     ConvApp* app;
     std::string indexPath;

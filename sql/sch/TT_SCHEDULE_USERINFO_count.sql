@@ -1,0 +1,1 @@
+SELECT count(*) FROM TTPR_SCHEDULE
