@@ -24,6 +24,16 @@ constexpr std::string_view kAbort = "移行を中断しました。";
 constexpr std::string_view kCountMid = "件移行が終了しました。(成功：";
 constexpr std::string_view kCountFail = " 失敗：";
 constexpr std::string_view kCountEnd = ")";
+// The code of the technical report of a failed statement.
+constexpr int64_t kStatementFailure = -1000006;
+
+// A text of several lines as one, the line feeds as blanks.
+std::string OneLine(const std::string& text) {
+    std::string out;
+    for (char c : text) out += (c == '\n' || c == '\r') ? ' ' : c;
+    while (!out.empty() && out.back() == ' ') out.pop_back();
+    return out;
+}
 
 bool EndsWith(std::string_view text, std::string_view tail) {
     return text.size() >= tail.size() && text.substr(text.size() - tail.size()) == tail;
@@ -143,6 +153,7 @@ void AppendNote(std::string& out, const ConvStepNote& note) {
     }
     if (note.ret) out += "  (ret=" + std::to_string(*note.ret) + ")";
     out += '\n';
+    if (!note.cause.empty()) out += "                    cause: " + note.cause + '\n';
     if (!note.detail.empty()) out += "                    detail: " + note.detail + '\n';
 }
 
@@ -191,12 +202,13 @@ ConvRunAccount BuildAccount(const std::optional<std::string>& statusText, const 
     // Trace reports with a text, by text, in order: each note takes the first
     // one after the last taken, so that equal texts pair up one by one.
     std::vector<ConvTraceEntry> trace;
-    std::unordered_map<std::string, std::deque<std::size_t>> traceByText;
+    std::unordered_map<std::string, std::deque<std::pair<std::size_t, std::size_t>>> traceByText;
     if (traceText) {
         account.traceRead = true;
         trace = ParseTraceLog(*traceText);
         for (std::size_t i = 0; i < trace.size(); ++i)
-            if (trace[i].hasCode && !trace[i].msg.empty()) traceByText[trace[i].msg].push_back(i);
+            for (std::size_t k = 0; k < trace[i].splits.size(); ++k)
+                if (!trace[i].splits[k].first.empty()) traceByText[trace[i].splits[k].first].emplace_back(i, k);
     }
     std::size_t traceCursor = 0;
 
@@ -233,14 +245,22 @@ ConvRunAccount BuildAccount(const std::optional<std::string>& statusText, const 
             note.fate = FateOf(entry.tag, entry.text);
             auto found = traceByText.find(entry.text);
             if (found != traceByText.end()) {
-                std::deque<std::size_t>& queue = found->second;
-                while (!queue.empty() && queue.front() < traceCursor) queue.pop_front();
+                auto& queue = found->second;
+                while (!queue.empty() && queue.front().first < traceCursor) queue.pop_front();
                 if (!queue.empty()) {
-                    const ConvTraceEntry& t = trace[queue.front()];
-                    note.ret = t.ret;
-                    note.detail = t.detail;
-                    traceCursor = queue.front() + 1;
+                    const auto [index, split] = queue.front();
                     queue.pop_front();
+                    note.ret = trace[index].ret;
+                    note.detail = trace[index].splits[split].second;
+                    // The server's answer, when a failed statement led to this report.
+                    for (std::size_t i = index; i > traceCursor; --i) {
+                        const ConvTraceEntry& before = trace[i - 1];
+                        if (before.hasCode && before.ret == kStatementFailure && !before.splits.empty()) {
+                            note.cause = OneLine(before.splits.back().first);
+                            break;
+                        }
+                    }
+                    traceCursor = index + 1;
                 }
             }
             (open ? open->notes : account.outsideNotes).push_back(std::move(note));

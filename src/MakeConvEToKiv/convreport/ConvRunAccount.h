@@ -25,6 +25,7 @@ struct ConvStepNote {
     std::optional<ConvRowReport> row;   // table, keys, reason when it has the form
     std::optional<int64_t> ret;         // the code from the trace log, when matched
     std::string detail;                 // technical detail from the trace log
+    std::string cause;                  // the server's answer to the failed statement
     ConvRowFate fate = ConvRowFate::LeftOut;
 };
 

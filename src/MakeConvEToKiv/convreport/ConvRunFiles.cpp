@@ -97,17 +97,21 @@ void SplitTraceReport(ConvTraceEntry& entry) {
     entry.hasCode = true;
     entry.source = std::string(text.substr(1, sourceEnd - 1));
     entry.ret = negative ? -value : value;
-    std::string_view body = text.substr(pos + 1);
-    if (!body.empty() && body.back() == ']') {
-        const std::size_t detailAt = body.rfind(" [detail=");
-        if (detailAt != std::string_view::npos) {
-            entry.detail = std::string(body.substr(detailAt + 9, body.size() - detailAt - 10));
-            body = body.substr(0, detailAt);
-        }
+    // After "] " the body: " [msg=<text>]", " [msg=<text>] [detail=<text>]",
+    // " [detail=<text>]" or nothing.
+    if (pos + 1 >= text.size() || text[pos + 1] != ' ') return;
+    std::string_view body = text.substr(pos + 2);
+    if (body.size() < 2 || body.back() != ']') return;
+    if (body.compare(0, 9, " [detail=") == 0) {
+        entry.splits.emplace_back("", std::string(body.substr(9, body.size() - 10)));
+        return;
     }
-    const std::size_t msgAt = body.find(" [msg=");
-    if (msgAt != std::string_view::npos && body.size() > msgAt + 6 && body.back() == ']')
-        entry.msg = std::string(body.substr(msgAt + 6, body.size() - msgAt - 7));
+    if (body.compare(0, 6, " [msg=") != 0) return;
+    const std::string_view inner = body.substr(6, body.size() - 7);
+    entry.splits.emplace_back(std::string(inner), "");
+    constexpr std::string_view kDetail = "] [detail=";
+    for (std::size_t at = inner.find(kDetail); at != std::string_view::npos; at = inner.find(kDetail, at + 1))
+        entry.splits.emplace_back(std::string(inner.substr(0, at)), std::string(inner.substr(at + kDetail.size())));
 }
 
 }  // namespace

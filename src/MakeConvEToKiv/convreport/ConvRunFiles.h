@@ -29,13 +29,15 @@ struct ConvLogEntry {
 
 // One report of the trace log, decoded. A report with a code has the form
 // "[source:line] [ret=N] [msg=text] [detail=text]"; a plain one is text only.
+// As a text may itself hold "] [detail=" (a key named detail), every way of
+// reading the body as message and detail is kept, the whole body as message
+// first.
 struct ConvTraceEntry {
     std::string stamp;
     bool hasCode = false;
     std::string source;  // "source:line"
     int64_t ret = 0;
-    std::string msg;
-    std::string detail;
+    std::vector<std::pair<std::string, std::string>> splits;  // (msg, detail)
     std::string raw;  // the whole decoded report without its line feed
 };
 
