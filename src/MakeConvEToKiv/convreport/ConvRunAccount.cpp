@@ -202,7 +202,8 @@ ConvRunAccount BuildAccount(const std::optional<std::string>& statusText, const 
     // Trace reports with a text, by text, in order: each note takes the first
     // one after the last taken, so that equal texts pair up one by one.
     std::vector<ConvTraceEntry> trace;
-    std::unordered_map<std::string, std::deque<std::pair<std::size_t, std::size_t>>> traceByText;
+    // Keys view the messages held by trace, which isn't changed after this.
+    std::unordered_map<std::string_view, std::deque<std::pair<std::size_t, std::size_t>>> traceByText;
     if (traceText) {
         account.traceRead = true;
         trace = ParseTraceLog(*traceText);

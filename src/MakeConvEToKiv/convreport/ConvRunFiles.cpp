@@ -110,7 +110,11 @@ void SplitTraceReport(ConvTraceEntry& entry) {
     const std::string_view inner = body.substr(6, body.size() - 7);
     entry.splits.emplace_back(std::string(inner), "");
     constexpr std::string_view kDetail = "] [detail=";
-    for (std::size_t at = inner.find(kDetail); at != std::string_view::npos; at = inner.find(kDetail, at + 1))
+    // A few splits at most: a report names a key "detail" once, and a text
+    // full of them mustn't cost a copy per occurrence.
+    constexpr std::size_t kMaxSplits = 8;
+    for (std::size_t at = inner.find(kDetail); at != std::string_view::npos && entry.splits.size() < kMaxSplits;
+         at = inner.find(kDetail, at + 1))
         entry.splits.emplace_back(std::string(inner.substr(0, at)), std::string(inner.substr(at + kDetail.size())));
 }
 
@@ -197,7 +201,10 @@ std::vector<ConvTraceEntry> ParseTraceLog(std::string_view text) {
             entries.back().raw += *decoded;
         }
     }
-    for (ConvTraceEntry& entry : entries) SplitTraceReport(entry);
+    for (ConvTraceEntry& entry : entries) {
+        SplitTraceReport(entry);
+        if (entry.hasCode) std::string().swap(entry.raw);  // its parts are in splits
+    }
     return entries;
 }
 

@@ -38,7 +38,7 @@ struct ConvTraceEntry {
     std::string source;  // "source:line"
     int64_t ret = 0;
     std::vector<std::pair<std::string, std::string>> splits;  // (msg, detail)
-    std::string raw;  // the whole decoded report without its line feed
+    std::string raw;  // a report without a code: the decoded text (empty otherwise)
 };
 
 // A row's report as a writer makes it: "<table> [key=value]... <reason>".
