@@ -713,6 +713,9 @@ CREATE TABLE TMPR_ALM_SETTING (
 
 -- data/user/<id>/agent/schedule: a user's notification plan. SENDTIMES is the
 -- list of valid send times, local, as numbers joined by commas ("900,1730").
+-- SENDLASTDATE/SENDLASTTIME (local YYYYMMDD, HHMM) are the last sending of an
+-- Enterprise-edition working database; the flat store has none, so stage A
+-- leaves them NULL.
 CREATE TABLE TMPR_AGENT (
     SID_CORPORATE   integer NOT NULL DEFAULT 1,
     SID_USER        integer NOT NULL,
@@ -726,6 +729,8 @@ CREATE TABLE TMPR_AGENT (
     senddate2       integer,
     sendholiday     varchar,
     SENDTIMES       varchar,
+    SENDLASTDATE    varchar,
+    SENDLASTTIME    varchar,
     PRIMARY KEY (SID_CORPORATE, SID_USER)
 );
 
@@ -739,3 +744,64 @@ CREATE TABLE TM_SCHEDULER (
     STIME           varchar NOT NULL
 );
 CREATE INDEX TM_SCHEDULER_ID ON TM_SCHEDULER (SID_CORPORATE, ID);
+
+
+-- ---------------------------------------------------------------------------
+-- Visitors
+-- ---------------------------------------------------------------------------
+-- The flat store has no visitors: stage A leaves these tables empty. They have
+-- the shape of an Enterprise working database, so that stage B takes over
+-- whatever rows such a database holds. Times are local 14-digit stamps.
+
+CREATE TABLE TM_VIS_SETTING (
+    SID_CORPORATE   integer NOT NULL DEFAULT 1,
+    ROWCOUNT        integer,
+    cretime         varchar,
+    updtime         varchar,
+    PRIMARY KEY (SID_CORPORATE)
+);
+
+-- Places where visitors are received.
+CREATE TABLE TM_VIS_PLACE (
+    SID_CORPORATE   integer NOT NULL DEFAULT 1,
+    ID              integer NOT NULL,
+    Name            varchar,
+    SEQNO           integer,
+    cretime         varchar,
+    updtime         varchar,
+    PRIMARY KEY (SID_CORPORATE, ID)
+);
+
+-- Users who receive visitors at a place.
+CREATE TABLE TM_VIS_RECEPT_PLACE (
+    SID_CORPORATE   integer NOT NULL DEFAULT 1,
+    SID_PLACE       integer NOT NULL,
+    SID_USER        integer NOT NULL,
+    cretime         varchar,
+    updtime         varchar,
+    PRIMARY KEY (SID_CORPORATE, SID_PLACE, SID_USER)
+);
+
+CREATE TABLE TMPR_VIS_SETTING (
+    SID_CORPORATE   integer NOT NULL DEFAULT 1,
+    SID_USER        integer NOT NULL,
+    ROWCOUNT        integer,
+    cretime         varchar,
+    updtime         varchar,
+    PRIMARY KEY (SID_CORPORATE, SID_USER)
+);
+
+-- SID_SCHEDULE is the decimal id of the visit's schedule, if any; it is text
+-- so that a broken link reaches stage B and is reported there.
+CREATE TABLE TT_VISITOR (
+    SID_CORPORATE   integer NOT NULL DEFAULT 1,
+    ID              integer NOT NULL,
+    SID_SCHEDULE    varchar,
+    SID_PLACE       integer,
+    company         varchar,
+    name            varchar,
+    memo            text,
+    cretime         varchar,
+    updtime         varchar,
+    PRIMARY KEY (SID_CORPORATE, ID)
+);

@@ -34,6 +34,9 @@ protected:
         MakeDirs(dir / "conv/log");
         MakeDirs(dir / "sql");
         ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir.Path() + "/sql/").c_str()), 0);
+        // Stage A reads an empty store; every store has its user index.
+        MakeDirs(dir / "store/data/user");
+        WriteFile(dir / "store/data/user/index", "_lastid=0\n");
     }
 
     void Ent(const std::string& sql) {

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -155,19 +156,43 @@ int32_t ConvApp::OpenDatabases() {
         }
     }
 
-    // SQL logs only in a directory whose path names today's date.
-    if (sqlLogDir_.empty()) return 0;
-    char today[16] = {};
-    comTimeNowDate(today, true);
-    if (sqlLogDir_.find(std::string(today, 8)) == std::string::npos) return 0;
-    std::string dir = sqlLogDir_;
-    EnsureSlash(dir);
+    std::string dir;
+    if (!GetSqlTraceDir(dir)) return 0;
     // "<dir><prefix><module><suffix>_<pid>.log", e.g. entDB_sch_clean_4711.log.
     const std::string tail =
         moduleName_ + (IsCreateMode() ? "" : "_clean") + "_" + std::to_string(getpid()) + ".log";
     entConnection_->SetTraceFile((dir + "entDB_" + tail).c_str());
     kivConnection_->SetTraceFile((dir + "kivDB_" + tail).c_str());
     return 0;
+}
+
+bool ConvApp::GetSqlTraceDir(std::string& dir) const {
+    // SQL logs only in a directory whose path names today's date.
+    dir.clear();
+    if (sqlLogDir_.empty()) return false;
+    char today[16] = {};
+    comTimeNowDate(today, true);
+    if (sqlLogDir_.find(std::string(today, 8)) == std::string::npos) return false;
+    dir = sqlLogDir_;
+    EnsureSlash(dir);
+    return true;
+}
+
+int32_t ConvApp::ConnectWorkingCopy(CdDBConnection& connection, const char* traceName) {
+    std::string dir;
+    if (GetSqlTraceDir(dir)) {
+        char path[2048];
+        std::snprintf(path, sizeof path, "%s%s%s_%d.log", dir.c_str(), "entDB_", traceName ? traceName : "",
+                      static_cast<int>(getpid()));
+        connection.SetTraceFile(path);
+    }
+    const int32_t ret = connection.Connect(entUser_.c_str(), entPassword_.c_str(), entHost_.c_str(),
+                                           entName_.c_str(), entPort_.c_str(), -1);
+    if (ret != 0) {
+        ReportError(ret, CONV_HERE, true, nullptr, "データベースのオープンに失敗しました。[%d:%s]",
+                    connection.GetStatus(), connection.GetErrorMessage());
+    }
+    return ret;
 }
 
 void ConvApp::CloseDatabases() {

@@ -46,6 +46,13 @@ public:
     virtual int32_t GetCommitInterval();
     virtual int32_t CreateConnections();
 
+    // Connects a further connection to the working database with the ent
+    // connection's host, port, name, user and password, for a reader that must
+    // not disturb the result open on ent. Its SQL trace, under the rule of the
+    // run's own, is "<dir>entDB_<traceName>_<pid>.log". 0 or the connect's
+    // failure, reported with show.
+    virtual int32_t ConnectWorkingCopy(CdDBConnection& connection, const char* traceName);
+
     // Start argument n, or nullptr when there is none.
     const char* GetArgument(int n) const;
     void GetLastName(std::string& out) const { out = lastName_; }
@@ -96,6 +103,9 @@ public:
     const std::string& SqlLogDir() const { return sqlLogDir_; }
 
 protected:
+    // The directory of the SQL traces, ending in a slash: false when there is
+    // none or its path doesn't name today's date.
+    bool GetSqlTraceDir(std::string& dir) const;
     // Writes the status list, retrying a busy lock or a refused rename; reports a failure.
     int32_t WriteStatusWithRetry();
 

@@ -1,0 +1,1 @@
+SELECT SID_CORPORATE, SID_USER, sendkind, sendsize, dispendtime, dispevent, dispplace, dispmemo, sendweek, senddate2, sendholiday, SENDTIMES, SENDLASTDATE, SENDLASTTIME FROM TMPR_AGENT ORDER BY SID_CORPORATE, SID_USER

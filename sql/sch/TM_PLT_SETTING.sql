@@ -1,0 +1,1 @@
+SELECT SID_CORPORATE, ROWCOUNT AS rowcount, save, infomation, stime, unit, openperm, reservlimit, datadel, rowother, sunday, holiday, disptotime, defgroup, title FROM TM_PLT_SETTING ORDER BY SID_CORPORATE

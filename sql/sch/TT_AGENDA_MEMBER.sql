@@ -1,0 +1,1 @@
+SELECT SID_CORPORATE, agnid, SEQNO, ID, name, kana, to_char(now() AT TIME ZONE 'UTC', 'YYYYMMDDHH24MISS')::varchar AS cretime, to_char(now() AT TIME ZONE 'UTC', 'YYYYMMDDHH24MISS')::varchar AS updtime FROM TT_AGENDA_MEMBER ORDER BY SID_CORPORATE, agnid, SEQNO

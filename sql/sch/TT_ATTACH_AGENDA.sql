@@ -1,0 +1,1 @@
+SELECT t.SID_CORPORATE, t.agnid AS ID, t.ID AS topicid, t.filename AS FILENAME, t.dispname AS DISPNAME, t.mimetype, t.dispname AS logtitle, to_char(now() AT TIME ZONE 'UTC', 'YYYYMMDDHH24MISS')::varchar AS cretime, to_char(now() AT TIME ZONE 'UTC', 'YYYYMMDDHH24MISS')::varchar AS updtime FROM TT_ATTACH_AGENDA_TOPIC t ORDER BY t.SID_CORPORATE, t.agnid, t.ID, t.SID_ATTACH
