@@ -82,7 +82,7 @@ protected:
         ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir.Path() + "/sql/").c_str()), 0);
         WriteFile(dir / "store/data/user/index", "_lastid=0\n");
         ASSERT_TRUE(pg.Exec(kEnt,
-                            "INSERT INTO TM_INDEX (SID_MODULE, SUBCODE, lastid) VALUES (1, '001', 60);"
+                            "INSERT INTO TM_INDEX (SID_MODULE, SUBCODE, lastid) VALUES (1, '001', 60), (3, '001', 4);"
                             "INSERT INTO TMPR_SCH_EVENT (SID_USER, ID, ITEM) VALUES (5, 1, '会議'), (5, 2, 'it''s');",
                             &error))
             << error;
@@ -159,7 +159,8 @@ TEST_F(RunAccount, FinishedRunsGiveEveryStepAndEveryLeftOutRowWithItsKeys) {
     EXPECT_NE(note.cause.find("duplicate key"), std::string::npos) << note.cause;
     EXPECT_EQ(events->notes[1].row->keys[1].second, "it's");
 
-    // The index step has no closing count: its numbers are unknown, its row isn't.
+    // The index steps share one count of all modules, so none closes with a
+    // count: its numbers are unknown, its row isn't.
     const ConvStep* index = Find(account, 'B', "索引マスター（スケジュール）");
     ASSERT_NE(index, nullptr);
     EXPECT_FALSE(index->read.has_value());
