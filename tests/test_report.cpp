@@ -1,0 +1,109 @@
+// The readers behind convsch-report on the awkward lines real logs hold:
+// texts with line feeds, keys whose values hold brackets or are named
+// "detail", broken hex, repeated texts, and the wording of kept rows.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "MakeConvEToKiv/convreport/ConvRunAccount.h"
+#include "MakeConvEToKiv/convreport/ConvRunFiles.h"
+
+namespace {
+
+std::string Hex(const std::string& text) {
+    static const char digits[] = "0123456789abcdef";
+    std::string out;
+    for (unsigned char c : text) {
+        if (c == '\n') {
+            out += '\n';
+            continue;
+        }
+        out += digits[c >> 4];
+        out += digits[c & 15];
+    }
+    return out;
+}
+
+TEST(RunFiles, StampsAndDurationsCrossMidnightAndMonthEnds) {
+    const auto a = convrun::ParseStamp("2024/02/29 23:59:59.900");
+    const auto b = convrun::ParseStamp("2024/03/01 00:00:00.150");
+    ASSERT_TRUE(a && b);
+    EXPECT_EQ(*b - *a, 250);
+    EXPECT_FALSE(convrun::ParseStamp("2024/13/01 00:00:00.000"));
+    EXPECT_FALSE(convrun::ParseStamp("2024/01/01 00:00:00"));
+    EXPECT_FALSE(convrun::ParseStamp("2024-01-01 00:00:00.000"));
+}
+
+TEST(RunFiles, RowReportsKeepKeysWithBracketsBlanksAndEmptyValues) {
+    auto r = convrun::ParseRowReport("TT_SCHEDULE [LOG_SCH_ID=7] [detail=a]b] [event=] [item=本社 3F] 重複エラーです。");
+    ASSERT_TRUE(r);
+    EXPECT_EQ(r->table, "TT_SCHEDULE");
+    ASSERT_EQ(r->keys.size(), 4u);
+    EXPECT_EQ(r->keys[1].second, "a]b");
+    EXPECT_EQ(r->keys[2].second, "");
+    EXPECT_EQ(r->keys[3].second, "本社 3F");
+    EXPECT_EQ(r->reason, "重複エラーです。");
+    // A table without keys, and a text that isn't a row's report.
+    r = convrun::ParseRowReport("TM_SCH_SETTING 重複エラーです。");
+    ASSERT_TRUE(r);
+    EXPECT_TRUE(r->keys.empty());
+    EXPECT_EQ(r->reason, "重複エラーです。");
+    EXPECT_FALSE(convrun::ParseRowReport("データ件数の取得に失敗しました。"));
+}
+
+TEST(RunFiles, LogTextsWithLineFeedsStayOneReport) {
+    const auto log = convrun::ParseUserLog(
+        "2026/11/23 10:00:00.000 [WARN] first line\nsecond line\n2026/11/23 10:00:01.000 [INFO] next\n");
+    ASSERT_EQ(log.size(), 2u);
+    EXPECT_EQ(log[0].tag, "WARN");
+    EXPECT_EQ(log[0].text, "first line\nsecond line");
+    EXPECT_EQ(log[1].millis - log[0].millis, 1000);
+
+    const std::string trace = "2026/11/23 10:00:00.000 " + Hex("[src/A:1] [ret=-1000006]  [msg=ERROR: dup\nDETAIL: x\n] [detail=INSERT]\n") +
+                              "2026/11/23 10:00:00.001 " + Hex("[src/B:2] [ret=1]  [msg=T [detail=d] done]\n") +
+                              "2026/11/23 10:00:00.002 zz-not-hex\n";
+    const auto entries = convrun::ParseTraceLog(trace);
+    ASSERT_EQ(entries.size(), 3u);
+    EXPECT_EQ(entries[0].ret, -1000006);
+    EXPECT_EQ(entries[0].source, "src/A:1");
+    ASSERT_EQ(entries[0].splits.size(), 2u);
+    EXPECT_EQ(entries[0].splits[1].first, "ERROR: dup\nDETAIL: x\n");
+    EXPECT_EQ(entries[0].splits[1].second, "INSERT");
+    EXPECT_EQ(entries[1].splits[0].first, "T [detail=d] done");  // a key named detail is no detail
+    EXPECT_FALSE(entries[2].hasCode);
+    EXPECT_EQ(entries[2].raw, "zz-not-hex");
+}
+
+TEST(RunAccountBuild, EqualReportsPairWithTheirOwnTraceLinesAndCauses) {
+    const std::string log =
+        "2026/11/23 10:00:00.000 [INFO] スケジュール 移行を開始します。\n"
+        "2026/11/23 10:00:00.100 [WARN] TT_SCHEDULE [ID=1] 重複。\n"
+        "2026/11/23 10:00:00.200 [WARN] TT_SCHEDULE [ID=1] 重複。\n"
+        "2026/11/23 10:00:00.300 [WARN] TT_SCHEDULE [ID=1] [schedule]の値が桁数オーバーとなるため、[10]文字でカットして登録しました。\n"
+        "2026/11/23 10:00:01.500 [INFO] スケジュール 3件移行が終了しました。(成功：1 失敗：2)\n"
+        "2026/11/23 10:00:01.600 [INFO] スケジュール 移行が終了しました。\n"
+        "2026/11/23 10:00:01.700 [WARN] 添付ファイルの複写に失敗しました。Name=[a] From=[b] To=[c] エラー詳細[x]\n";
+    const std::string trace = "2026/11/23 10:00:00.100 " + Hex("[s:1] [ret=-1000006]  [msg=first cause] [detail=Q]\n") +
+                              "2026/11/23 10:00:00.100 " + Hex("[s:2] [ret=1]  [msg=TT_SCHEDULE [ID=1] 重複。]\n") +
+                              "2026/11/23 10:00:00.200 " + Hex("[s:2] [ret=1]  [msg=TT_SCHEDULE [ID=1] 重複。]\n") +
+                              "2026/11/23 10:00:00.200 " + Hex("[s:1] [ret=-1000006]  [msg=second cause] [detail=Q]\n");
+    const ConvRunAccount account = convrun::BuildAccount(std::string("status=0\n"), log, trace, false);
+    ASSERT_EQ(account.steps.size(), 1u);
+    const ConvStep& step = account.steps[0];
+    EXPECT_EQ(step.stage, 'B');
+    EXPECT_EQ(step.read, 3);
+    EXPECT_EQ(step.written, 1);
+    EXPECT_EQ(step.leftOut, 2);
+    EXPECT_EQ(*step.endMillis - step.startMillis, 1600);
+    ASSERT_EQ(step.notes.size(), 3u);
+    EXPECT_EQ(step.notes[0].cause, "first cause");
+    EXPECT_EQ(step.notes[1].ret, 1);
+    EXPECT_EQ(step.notes[1].cause, "");  // the second cause comes after it: not its own
+    EXPECT_EQ(step.notes[2].fate, ConvRowFate::KeptChanged);
+    EXPECT_FALSE(step.notes[2].ret.has_value());
+    ASSERT_EQ(account.outsideNotes.size(), 1u);
+    EXPECT_EQ(account.outsideNotes[0].fate, ConvRowFate::FileMissing);
+    EXPECT_EQ(convrun::DisplayWidth("ab予定ｱ"), 7u);
+}
+
+}  // namespace
