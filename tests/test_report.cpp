@@ -104,6 +104,10 @@ TEST(RunAccountBuild, EqualReportsPairWithTheirOwnTraceLinesAndCauses) {
     ASSERT_EQ(account.outsideNotes.size(), 1u);
     EXPECT_EQ(account.outsideNotes[0].fate, ConvRowFate::FileMissing);
     EXPECT_EQ(convrun::DisplayWidth("ab予定ｱ"), 7u);
+    // A refused number is reported as an error but leaves only its row out.
+    EXPECT_EQ(convrun::FateOf("ERR", "T [ID=1] 数値型の項目に文字列が指定されたため、登録を行いませんでした。field=[a] value=[b]"),
+              ConvRowFate::LeftOut);
+    EXPECT_EQ(convrun::FateOf("ERR", "移行を中断しました。"), ConvRowFate::Failure);
 }
 
 }  // namespace

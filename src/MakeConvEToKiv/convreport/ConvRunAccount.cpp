@@ -181,6 +181,8 @@ std::size_t DisplayWidth(const std::string& text) {
 }
 
 ConvRowFate FateOf(const std::string& tag, const std::string& text) {
+    // The number check reports with a negative code, but only leaves its row out.
+    if (text.find("登録を行いませんでした。") != std::string::npos) return ConvRowFate::LeftOut;
     if (tag == "ERR") return ConvRowFate::Failure;
     // The writers that keep the row say that they registered it.
     if (text.find("カットして登録しました。") != std::string::npos ||
