@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the program and its tests twice (plain, and
-# with AddressSanitizer and UndefinedBehaviorSanitizer) and runs every test.
+# Installs what is missing, builds the program and its tests three times (plain,
+# with AddressSanitizer and UndefinedBehaviorSanitizer, and Release with the
+# benchmarks) and runs every test each time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh

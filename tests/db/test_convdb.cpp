@@ -93,6 +93,10 @@ TEST_F(ConvDBTest, RowsAreNamedByTheirOwnKeysAndEmptyRowsAreLeftOut) {
     ConvRow empty = Row({{"id", nullptr, 1}});  // "2=" in an item list
     EXPECT_EQ(writer.Entry("t_item", empty), 1);
     EXPECT_TRUE(UserLogHas("[WARN] t_item [ID=] [NAME=] 登録する値がないため、スキップしました。"));
+    writer.SetSourceFile("/store/data/group/nogroup/agenda/admin");
+    EXPECT_EQ(writer.Entry("t_item", empty), 1);
+    EXPECT_TRUE(UserLogHas(
+        "[WARN] t_item [ID=] [NAME=] 登録する値がないため、スキップしました。ファイル[/store/data/group/nogroup/agenda/admin]"));
     writer.SetUpdateMode(true);
     EXPECT_EQ(writer.Entry("t_item", empty), 1);
     EXPECT_EQ(Value("SELECT count(*) FROM t_item"), "1");

@@ -125,8 +125,12 @@ int32_t ConvDBEntry::Entry(const char* table, ConvRow& row) {
     }
     // Bad input can leave a row without a column to write; the statement would
     // not parse, so the row is left out and the run goes on.
-    if (updateMode ? assignments.empty() : columns.empty())
-        return ReportRowMessage(row, kConvRowSkipped, CONV_HERE, true, "登録する値がないため、スキップしました。");
+    if (updateMode ? assignments.empty() : columns.empty()) {
+        if (sourceFile.empty())
+            return ReportRowMessage(row, kConvRowSkipped, CONV_HERE, true, "登録する値がないため、スキップしました。");
+        return ReportRowMessage(row, kConvRowSkipped, CONV_HERE, true, "登録する値がないため、スキップしました。ファイル[%s]",
+                                sourceFile.c_str());
+    }
     if (updateMode) {
         sql = "UPDATE " + title + " SET " + assignments + " WHERE SID_CORPORATE=" + std::to_string(GetCorporateId());
         if (!whereText.empty()) sql += " AND " + whereText;

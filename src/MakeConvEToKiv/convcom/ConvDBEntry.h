@@ -37,8 +37,11 @@ public:
     const std::string& GetSql() const { return sql; }
     bool IsUpdateMode() const { return updateMode; }
     int GetParamCount() const { return static_cast<int>(paramCount); }
+    // The file the rows come from, named when a row has to be left out.
+    void SetSourceFile(std::string path) { sourceFile = std::move(path); }
 
 protected:
+    std::string sourceFile;
     std::string sql;
     std::string columns;      // INSERT column list; one column's scratch in update mode
     std::string values;       // INSERT value list; scratch in update mode

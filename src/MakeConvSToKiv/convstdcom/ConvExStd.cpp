@@ -80,6 +80,7 @@ int32_t ConvExStd::Convert() {
         app->ReportError(kDbNoMemory, CONV_HERE, false, nullptr, kNoMemoryText, kDbNoMemory);
         return kDbNoMemory;
     }
+    writer->SetSourceFile(sourcePath);
     ret = SetUpWriter(writer.get());
     if (ret != 0)
         app->ReportError(ret, CONV_HERE, false, nullptr, nullptr);
