@@ -2,8 +2,10 @@
 # Installs what is missing, builds convsch, starts a throwaway PostgreSQL cluster
 # in a temporary directory, loads the working and target schemas, and migrates
 # the shipped example (examples/store into a copy of examples/target). Then it
-# shows what the run did: the status file, the run's account (convsch-report,
-# when it is built) or else the user log, and the rows of every target table.
+# shows what the run did: the status file, the run's account and the
+# reconciliation of store, working and target database (convsch-report
+# --reconcile), and the rows of every target table. It exits non-zero when the
+# reconciliation finds a difference that no report of the run explains.
 #
 #   scripts/demo.sh           run, show, remove the cluster
 #   scripts/demo.sh --keep    leave the cluster running to look at it with psql
@@ -74,8 +76,13 @@ echo
 echo "-- conv/sch.sts"
 cat "$root/conv/sch.sts"
 echo
-echo "-- build/convsch-report $root"
-build/convsch-report "$root" || echo "(convsch-report exited with $?)"
+echo "-- build/convsch-report --reconcile $root ... (the run's own arguments)"
+set +e
+build/convsch-report --reconcile "$root" 1 create "$repo/examples/store" 127.0.0.1 "$port" demo "" \
+  "$work/target" 127.0.0.1 "$port" demo "" convent convkiv
+report=$?
+set -e
+[ "$report" -eq 0 ] || echo "(convsch-report exited with $report)"
 
 # Exact row counts of every table of the target database, in one statement.
 count_sql="SELECT rpad(table_name, 28) || (xpath('/row/n/text()',
@@ -103,3 +110,4 @@ else
   echo "The cluster and its files are removed now; run scripts/demo.sh --keep to look"
   echo "at the target yourself with psql -h 127.0.0.1 -p PORT -U demo convkiv."
 fi
+exit "$report"
