@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "MakeConvEToKiv/convreport/ConvReconcile.h"
 #include "MakeConvEToKiv/convreport/ConvRunAccount.h"
 #include "MakeConvEToKiv/convreport/ConvRunFiles.h"
 
@@ -108,6 +109,61 @@ TEST(RunAccountBuild, EqualReportsPairWithTheirOwnTraceLinesAndCauses) {
     EXPECT_EQ(convrun::FateOf("ERR", "T [ID=1] 数値型の項目に文字列が指定されたため、登録を行いませんでした。field=[a] value=[b]"),
               ConvRowFate::LeftOut);
     EXPECT_EQ(convrun::FateOf("ERR", "移行を中断しました。"), ConvRowFate::Failure);
+}
+
+// What explains a difference: a left-out row of the named table whose keys
+// agree, or a report naming the file the key was read from; never a row that
+// was kept, a report of another owner kind, or nothing at all.
+TEST(Reconcile, DifferencesAreExplainedOnlyByReportsThatNameThem) {
+    const std::string log =
+        "2026/11/23 10:00:00.000 [INFO] ユーザースケジュール 移行の前準備を開始します。\n"
+        "2026/11/23 10:00:00.100 [WARN] TTPR_SCHEDULE [ID=108] [SID_USER=1] 開始日付[20240231]が不正ですが処理を続行しました。\n"
+        "2026/11/23 10:00:00.200 [WARN] TTPR_SCHEDULE [ID=109] [SID_USER=1] [memo]の値が桁数オーバーとなるため、[10]文字でカットして登録しました。\n"
+        "2026/11/23 10:00:00.300 [WARN] ファイルの読み込みに失敗しました。ファイル[/s/data/user//3/schedule]errno[2]\n"
+        "2026/11/23 10:00:00.400 [INFO] ユーザースケジュール 移行の前準備が終了しました。\n"
+        "2026/11/23 10:00:01.000 [INFO] スケジュール 移行を開始します。\n"
+        "2026/11/23 10:00:01.100 [WARN] TT_SCHEDULE_OTHERTO [LOG_KBN=2] [LOG_SCH_ID=110] [LOG_TID=1] 重複。\n"
+        "2026/11/23 10:00:01.200 [INFO] スケジュール 移行が終了しました。\n";
+    const ConvRunAccount account = convrun::BuildAccount(std::string("status=2\n"), log, std::nullopt, false);
+    const std::vector<std::string> names = {"SID_USER", "ID"};
+    const std::vector<ConvStoreKey> store = {{{"1", "107"}, "/s/u1"}, {{"1", "108"}, "/s/u1"},
+                                             {{"1", "109"}, "/s/u1"}, {{"2", "108"}, "/s/u2"},
+                                             {{"3", "301"}, "/s/data/user//3/schedule"}, {{"1", "110"}, "/s/u1"}};
+    const std::vector<ConvKey> working = {{"1", "107"}, {"1", "110"}, {"4", "401"}};
+    const std::vector<ConvKey> target = {{"1", "107"}};
+    const std::vector<ConvNoteRule> storeRules = {{{"TTPR_SCHEDULE"}, {{"SID_USER"}, {"ID"}}, {}}};
+    const std::vector<ConvNoteRule> targetRules = {
+        {{"TT_SCHEDULE_OTHERTO"}, {{"LOG_TID"}, {"LOG_SCH_ID"}}, {{"LOG_KBN", "1"}}}};
+    ConvFamilyResult result;
+    convrun::CompareFamily(names, store, working, target, storeRules, targetRules, account, result);
+
+    EXPECT_EQ(result.store, 6);
+    EXPECT_EQ(result.working, 3);
+    EXPECT_EQ(result.target, 1);
+    std::vector<std::string> explained, unexplained;
+    for (const ConvGap& gap : result.gaps) {
+        const std::string line = std::string(gap.toTarget ? "B " : "A ") + (gap.missing ? "-" : "+") + gap.key;
+        (gap.because.empty() ? unexplained : explained).push_back(line);
+    }
+    // 108 of user 1 by its row, 301 by its file; 109 was written (cut), 108 of
+    // user 2 is another row, 110's report is about a group's copy, and 401
+    // came from nowhere.
+    EXPECT_EQ(explained, (std::vector<std::string>{"A -SID_USER=1 ID=108", "A -SID_USER=3 ID=301"}));
+    EXPECT_EQ(unexplained, (std::vector<std::string>{"A -SID_USER=1 ID=109", "A -SID_USER=2 ID=108",
+                                                     "A +SID_USER=4 ID=401", "B -SID_USER=1 ID=110",
+                                                     "B -SID_USER=4 ID=401"}));
+    EXPECT_EQ(result.explained, 2);
+    EXPECT_EQ(result.unexplained, 5);
+
+    // A side that isn't compared counts nothing and compares nothing.
+    ConvFamilyResult partial;
+    convrun::CompareFamily(names, store, working, std::nullopt, storeRules, targetRules, account, partial);
+    EXPECT_FALSE(partial.target.has_value());
+    EXPECT_EQ(partial.unexplained, 3);
+
+    EXPECT_EQ(convrun::FromBase36("00000000002t"), "101");
+    EXPECT_EQ(convrun::FromBase36("000000000032"), "110");
+    EXPECT_EQ(convrun::FromBase36("0000-0"), "0000-0");
 }
 
 }  // namespace

@@ -103,7 +103,7 @@ TEST(Reconcile, ExampleIsExplainedUntilATargetRowIsDeleted) {
     EXPECT_EQ(Unexplained(result), "ユーザースケジュール: SID_USER=2 ID=110 missing\n設備マスター: ID=2 missing\n");
     const std::string text = convrun::FormatReconcile(result);
     EXPECT_NE(text.find("unexplained differences: 2\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("working, not target    SID_USER=2 ID=110"), std::string::npos) << text;
+    EXPECT_NE(text.find("working, not target   SID_USER=2 ID=110"), std::string::npos) << text;
 }
 
 TEST(Reconcile, ABrokenRecordIsExplainedByItsReport) {
