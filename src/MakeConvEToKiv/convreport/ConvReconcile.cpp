@@ -709,6 +709,18 @@ std::vector<Family> Families() {
 
 // -------------------------------------------------------------- the databases
 
+// A server's message of several lines as one.
+std::string OneLine(const char* message) {
+    std::string out;
+    for (const char* p = message ? message : ""; *p; ++p) {
+        const bool blank = *p == '\n' || *p == '\r' || *p == '\t' || *p == ' ';
+        if (blank && (out.empty() || out.back() == ' ')) continue;
+        out += blank ? ' ' : *p;
+    }
+    while (!out.empty() && out.back() == ' ') out.pop_back();
+    return out;
+}
+
 struct Database {
     std::unique_ptr<CdDBConnection_PG> connection;
     std::string error;
@@ -724,9 +736,8 @@ Database Connect(const ReconcileApp::Address& address) {
     const int ret = db.connection->Connect(address.user.c_str(), address.password.c_str(), address.host.c_str(),
                                            address.name.c_str(), address.port.c_str(), -1);
     if (ret != 0) {
-        const char* message = db.connection->GetErrorMessage();
         db.error = "cannot connect to " + address.name + " on " + address.host + ":" + address.port + ": " +
-                   (message ? message : "") + " (" + std::to_string(ret) + ")";
+                   OneLine(db.connection->GetErrorMessage()) + " (" + std::to_string(ret) + ")";
         db.connection.reset();
     }
     return db;
@@ -737,8 +748,8 @@ bool QueryKeys(CdDBConnection_PG& connection, const std::string& sql, std::size_
                std::vector<ConvKey>& out, std::string& error) {
     const int ret = connection.Exec(sql.c_str());
     if (ret != 0) {
-        const char* message = connection.GetErrorMessage();
-        error = "query failed: " + sql + ": " + (message ? message : "") + " (" + std::to_string(ret) + ")";
+        error = "query failed: " + sql + ": " + OneLine(connection.GetErrorMessage()) + " (" + std::to_string(ret) +
+                ")";
         connection.ClearResult();
         return false;
     }
