@@ -394,7 +394,10 @@ int CdDBConnection_PG::GetColumnName(char* buffer, int index) const {
     if (index < 0 || index >= PQnfields(result.get())) return kDbNoSuchColumn;
     const char* name = PQfname(result.get(), index);
     if (!name) return kDbNoSuchColumn;
-    std::snprintf(buffer, kCdDBColumnNameSize, "%s", name);
+    // Called for every field of every row read: a plain bounded copy.
+    const std::size_t length = strnlen(name, kCdDBColumnNameSize - 1);
+    std::memcpy(buffer, name, length);
+    buffer[length] = '\0';
     return 0;
 }
 
