@@ -252,7 +252,12 @@ int32_t ConvApp::PutMessage(const char* name, int32_t code, int32_t first, int32
         stepName = name;
         lastName_ = stepName.substr(0, 255);
     }
-    const std::string prefix = stepName.empty() ? "" : Format(kMessageMax, "%s ", stepName.c_str());
+    // "%s " and "%s%s" by concatenation, cut as the formats would cut them.
+    auto cut = [](std::string text) {
+        if (text.size() > kMessageMax - 1) text.resize(kMessageMax - 1);
+        return text;
+    };
+    const std::string prefix = stepName.empty() ? "" : cut(stepName + " ");
     const char* table = (code >= 1 && code <= 12) ? kMessages[code] : "";
 
     std::string text;
@@ -267,7 +272,7 @@ int32_t ConvApp::PutMessage(const char* name, int32_t code, int32_t first, int32
                                          : Format(kMessageMax, kEndFormat, functionLabel_.c_str());
             break;
         case 4:
-            text = Format(kMessageMax, "%s%s", prefix.c_str(), Format(kMessageMax, table, first, second).c_str());
+            text = cut(prefix + Format(kMessageMax, table, first, second));
             break;
         case 6:
             text = Format(kMessageMax, "%s%s", prefix.c_str(),
