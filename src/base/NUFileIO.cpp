@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "base/comFile.h"
 #include "base/comLock.h"
@@ -174,20 +175,25 @@ int NUFileIO::ReadPiece(NUioObj* object, char* line, bool continuesPiece, std::s
     return ret == -7 ? 0 : ret;  // nothing to continue is no error
 }
 
-bool NUFileIO::WriteRecord(FILE* out, const std::string& section, const char* name,
-                           const char* value) {
-    if (!section.empty() && fprintf(out, "%c%s%c", '[', section.c_str(), ']') < 0) return false;
-    if (fprintf(out, "%s%c", name, separator) < 0) return false;
+void NUFileIO::WriteRecord(std::string& out, const std::string& section, const char* name,
+                           const char* value) const {
+    if (!section.empty()) {
+        out += '[';
+        out += section;
+        out += ']';
+    }
+    out += name;
+    out += separator;
     for (const char* p = value; p && *p;) {
         const char* lf = std::strchr(p, '\n');
         std::size_t len = lf ? static_cast<std::size_t>(lf - p) : std::strlen(p);
         std::size_t keep = (lf && len > 0 && p[len - 1] == '\r') ? len - 1 : len;
-        if (keep && fwrite(p, 1, keep, out) != keep) return false;
+        out.append(p, keep);
         if (!lf) break;
-        if (fputs("\n\t", out) < 0) return false;
+        out += "\n\t";
         p = lf + 1;
     }
-    return fputc('\n', out) != EOF;
+    out += '\n';
 }
 
 int NUFileIO::WriteFile(NUioObj* object, bool keepLock) {
@@ -204,15 +210,23 @@ int NUFileIO::WriteFile(NUioObj* object, bool keepLock) {
     std::string backup = path + ".bk";
     FilePtr out(fopen(backup.c_str(), "w"));
     if (!out) return -10;
+    // The whole text is formed first and written at once: the status file is
+    // rewritten after every row.
+    std::string text;
     std::string section;
-    for (int index = 0;; ++index) {
-        const char* name = nullptr;
-        const char* value = nullptr;
-        section.clear();
-        if (object->GetItem(index, &name, &value, section) != 0) break;
-        if (!name) continue;
-        if (!WriteRecord(out.get(), section, name, value)) return -12;
+    try {
+        for (int index = 0;; ++index) {
+            const char* name = nullptr;
+            const char* value = nullptr;
+            section.clear();
+            if (object->GetItem(index, &name, &value, section) != 0) break;
+            if (!name) continue;
+            WriteRecord(text, section, name, value);
+        }
+    } catch (const std::bad_alloc&) {
+        return -12;
     }
+    if (!text.empty() && fwrite(text.data(), 1, text.size(), out.get()) != text.size()) return -12;
     // Buffered bytes reach the disk only now; a failure here is a failed write.
     if (fclose(out.release()) != 0) return -12;
     if (comFileRename(backup.c_str(), path.c_str()) != 0) return errno == EEXIST ? -18 : -13;

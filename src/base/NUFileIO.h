@@ -57,8 +57,8 @@ protected:
     int WriteLock(const std::string& path);
     // Hands one piece of a physical line (without its LF) to object.
     int ReadPiece(NUioObj* object, char* line, bool continuesPiece, std::string& section);
-    // Writes one item by the record format; false when a write failed.
-    bool WriteRecord(FILE* out, const std::string& section, const char* name, const char* value);
+    // Appends one entry in the file's byte form.
+    void WriteRecord(std::string& out, const std::string& section, const char* name, const char* value) const;
 
     int lockRetry = 3;
     unsigned lockSleep = 2;

@@ -28,13 +28,49 @@ void EnsureTimeZone() {
 }
 
 // Reads up to count characters from start with strtol; 0 when text is shorter than start.
+// Digits alone, the usual case, are summed directly: strtol would read them alike.
 int ReadPart(const char* text, std::size_t start, std::size_t count) {
     if (!text) return 0;
     const std::size_t len = std::strlen(text);
     if (len <= start) return 0;
     char part[8] = {};
-    std::memcpy(part, text + start, std::min(count, len - start));
-    return static_cast<int>(std::strtol(part, nullptr, 10));
+    const std::size_t take = std::min(count, len - start);
+    std::memcpy(part, text + start, take);
+    int value = 0;
+    for (std::size_t i = 0; i < take; ++i) {
+        if (part[i] < '0' || part[i] > '9') return static_cast<int>(std::strtol(part, nullptr, 10));
+        value = value * 10 + (part[i] - '0');
+    }
+    return value;
+}
+
+// Two digits of a value from 0 to 99.
+char* PutTwoDigits(char* out, int value) {
+    out[0] = static_cast<char>('0' + value / 10);
+    out[1] = static_cast<char>('0' + value % 10);
+    return out + 2;
+}
+
+bool IsTwoDigits(int value) { return value >= 0 && value <= 99; }
+
+// "%02d%02d%02d" into out of 7 bytes.
+void WriteTime(char* out, int hour, int minute, int second) {
+    if (IsTwoDigits(hour) && IsTwoDigits(minute) && IsTwoDigits(second)) {
+        char* p = PutTwoDigits(out, hour);
+        p = PutTwoDigits(p, minute);
+        p = PutTwoDigits(p, second);
+        *p = '\0';
+        return;
+    }
+    std::snprintf(out, 7, "%02d%02d%02d", hour, minute, second);
+}
+
+// Copies at most max bytes of text and ends it, as snprintf with "%.*s" would.
+char* CopyCut(char* out, const char* text, std::size_t max) {
+    const std::size_t length = strnlen(text, max);
+    std::memcpy(out, text, length);
+    out[length] = '\0';
+    return out + length;
 }
 
 int ReadInt(const char* text) { return text ? static_cast<int>(std::strtol(text, nullptr, 10)) : 0; }
@@ -57,6 +93,14 @@ int YMDCheck(int year, int month, int day) {
 
 // Writes "%04d%02d%02d" into out of 9 bytes; a year beyond four digits is cut, never overflows.
 void WriteDate(char* out, long long year, int month, int day) {
+    if (year >= 0 && year <= 9999 && IsTwoDigits(month) && IsTwoDigits(day)) {
+        char* p = PutTwoDigits(out, static_cast<int>(year / 100));
+        p = PutTwoDigits(p, static_cast<int>(year % 100));
+        p = PutTwoDigits(p, month);
+        p = PutTwoDigits(p, day);
+        *p = '\0';
+        return;
+    }
     char text[64];
     std::snprintf(text, sizeof text, "%04lld%02d%02d", year, month, day);
     std::snprintf(out, 9, "%.8s", text);
@@ -113,7 +157,7 @@ void UtcAt(const timespec& now, char* date, char* time) {
     // Kept from the old clock handling: a year field of 0 to 9 stands for 2000 to 2009.
     if (c.year >= 1900 && c.year <= 1909) c.year += 100;
     WriteDate(date, c.year, c.month, c.day);
-    std::snprintf(time, 7, "%02d%02d%02d", c.hour, c.minute, c.second);
+    WriteTime(time, c.hour, c.minute, c.second);
 }
 
 void UtcNow(char* date, char* time) {
@@ -258,8 +302,8 @@ int64_t comMillis() {
 
 void comTimeZoneGet(char* offset, char* dstMinutes) {
     EnsureTimeZone();
-    if (offset) std::snprintf(offset, kZoneTextMax, "%s", g_timeZone.offset);
-    if (dstMinutes) std::snprintf(dstMinutes, kZoneTextMax, "%s", g_timeZone.dstMinutes);
+    if (offset) CopyCut(offset, g_timeZone.offset, kZoneTextMax - 1);
+    if (dstMinutes) CopyCut(dstMinutes, g_timeZone.dstMinutes, kZoneTextMax - 1);
 }
 
 void comTimeZoneSet(const char* offset, const char* dstMinutes) {
@@ -280,12 +324,14 @@ int comTimeConvert(const char* date, const char* time, const char* offset, const
 
     char fullTime[8] = {};
     const std::size_t timeLen = std::strlen(time);
-    if (timeLen == 6)
+    if (timeLen == 6) {
         std::memcpy(fullTime, time, 6);
-    else if (timeLen == 4)
-        std::snprintf(fullTime, sizeof fullTime, "%s00", time);
-    else
+    } else if (timeLen == 4) {
+        std::memcpy(fullTime, time, 4);
+        std::memcpy(fullTime + 4, "00", 2);
+    } else {
         return -1;
+    }
 
     long long seconds = DaysFromCivil(comDateYear(date), comDateMonth(date), comDateDay(date)) * 86400 +
                         comTimeHour(fullTime) * 3600LL + comTimeMinute(fullTime) * 60LL +
@@ -305,7 +351,7 @@ int comTimeConvert(const char* date, const char* time, const char* offset, const
     // Only years that fit the four digits of the output are representable.
     if (c.year < 0 || c.year > 9999) return -1;
     WriteDate(outDate, c.year, c.month, c.day);
-    std::snprintf(outTime, 7, "%02d%02d%02d", c.hour, c.minute, c.second);
+    WriteTime(outTime, c.hour, c.minute, c.second);
     return 0;
 }
 
@@ -326,7 +372,7 @@ int LocalStampToUtc(const char* stamp, char* out) {
     char date[16] = {};
     const char* time = "";
     if (stamp) {
-        std::snprintf(date, 9, "%.8s", stamp);
+        CopyCut(date, stamp, 8);
         if (std::strlen(stamp) > 8) time = stamp + 8;
     }
     char utcDate[16] = {}, utcTime[16] = {};
@@ -334,6 +380,6 @@ int LocalStampToUtc(const char* stamp, char* out) {
         comDebugNote("error utc time[%s]\n", stamp ? stamp : "");
         return 1;
     }
-    std::snprintf(out, 15, "%.8s%.6s", utcDate, utcTime);
+    CopyCut(CopyCut(out, utcDate, 8), utcTime, 6);
     return 0;
 }

@@ -105,6 +105,13 @@ public:
     // -1034 while a transaction is open; otherwise off means auto-commit.
     int SetTransactional(bool on);
     bool IsInTransaction() const { return inTransaction; }
+    // The code of a select that failed after its first rows had been read
+    // (0: none), given once; IsEnd is then true.
+    int TakeReadError() {
+        const int code = streamError;
+        streamError = 0;
+        return code;
+    }
 
     // Path of the SQL trace (empty: none); slow statements also go to "<path>.warn".
     void SetTraceFile(const char* path) { traceFile = path ? path : ""; }
@@ -152,4 +159,8 @@ protected:
     ResultPtr result;
     int currentRow = 0;
     int appliedTimeout = -1;
+    // A plain select's rows arrive one result at a time while streaming is set;
+    // streamError holds the code of a failure that came after its first row.
+    bool streaming = false;
+    int streamError = 0;
 };

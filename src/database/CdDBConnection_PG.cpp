@@ -273,6 +273,7 @@ int CdDBConnection_PG::Begin() {
 int CdDBConnection_PG::Commit() {
     if (!conn) return kDbNotConnected;
     if (!inTransaction || autoCommit) return 0;
+    EndStream();
     Trace("commit\n");
     ResultPtr res(PQexec(conn.get(), "COMMIT"));
     if (PQresultStatus(res.get()) == PGRES_COMMAND_OK) {
@@ -296,6 +297,7 @@ int CdDBConnection_PG::Commit() {
 int CdDBConnection_PG::Rollback(int code) {
     if (!conn) return kDbNotConnected;
     if (!inTransaction || autoCommit) return 0;
+    EndStream();
     Trace("rollback\n");
     ResultPtr res(PQexec(conn.get(), "ROLLBACK"));
     if (PQresultStatus(res.get()) == PGRES_COMMAND_OK) {
@@ -322,6 +324,7 @@ int CdDBConnection_PG::Exec(const char* sql, const char* param, void* /*reserved
     const std::size_t length = std::strlen(sql);
     const bool forUpdate =
         isSelect && length > 10 && comStrCaseCmp(sql + length - 10, "for update") == 0;
+    if (isSelect && !forUpdate) return ExecStreamed(sql, param, paramArray, paramCount, start);
     if (!isSelect || forUpdate) {
         const int rc = Begin();
         if (rc != 0) return rc;
@@ -394,7 +397,10 @@ int CdDBConnection_PG::GetColumnName(char* buffer, int index) const {
     if (index < 0 || index >= PQnfields(result.get())) return kDbNoSuchColumn;
     const char* name = PQfname(result.get(), index);
     if (!name) return kDbNoSuchColumn;
-    std::snprintf(buffer, kCdDBColumnNameSize, "%s", name);
+    // Called for every field of every row read: a plain bounded copy.
+    const std::size_t length = strnlen(name, kCdDBColumnNameSize - 1);
+    std::memcpy(buffer, name, length);
+    buffer[length] = '\0';
     return 0;
 }
 
@@ -434,7 +440,88 @@ int CdDBConnection_PG::GetValueByName(char** out, const char* name) const {
     return kDbNoRow;
 }
 
+int CdDBConnection_PG::ExecStreamed(const char* sql, const char* param, const char* const* paramArray,
+                                     int paramCount, long long start) {
+    std::vector<const char*> values;
+    if (param) values.push_back(param);
+    for (int i = 0; paramArray && i < paramCount; ++i)
+        values.push_back(paramArray[i] && *paramArray[i] ? paramArray[i] : nullptr);
+    streamError = 0;
+    pg_result* first = nullptr;
+    if (PQsendQueryParams(conn.get(), sql, static_cast<int>(values.size()), nullptr,
+                          values.empty() ? nullptr : values.data(), nullptr, nullptr, 0) == 1) {
+        // Without single-row mode the whole result comes at once, as from PQexecParams.
+        streaming = PQsetSingleRowMode(conn.get()) == 1;
+        first = PQgetResult(conn.get());
+        if (!first) streaming = false;
+    }
+    if (!first) {
+        TraceStatement(sql, param, start);
+        FillError(nullptr);
+        LogAccess(sql);
+        Notify(sql, kDbExecFailed, status, errorMessage);
+        return kDbExecFailed;
+    }
+    const int firstStatus = PQresultStatus(first);
+    if (firstStatus == PGRES_SINGLE_TUPLE || firstStatus == PGRES_TUPLES_OK) {
+        result.reset(first);
+        status = PGRES_TUPLES_OK;
+        // A select without rows, or a whole result, has nothing more to come.
+        if (firstStatus == PGRES_TUPLES_OK) EndStream();
+        streamSql = sql;
+        TraceStatement(sql, param, start);
+        return 0;
+    }
+    FillError(first);
+    PQclear(first);
+    EndStream();
+    TraceStatement(sql, param, start);
+    const int code = CodeForStatus(status, true);
+    if (code == kDbExecFailed) LogAccess(sql);
+    Notify(sql, code, status, errorMessage);
+    return code;
+}
+
+void CdDBConnection_PG::Step() {
+    result.reset();
+    pg_result* next = PQgetResult(conn.get());
+    if (!next) {
+        streaming = false;
+        return;
+    }
+    const int nextStatus = PQresultStatus(next);
+    if (nextStatus == PGRES_SINGLE_TUPLE) {
+        result.reset(next);
+        return;
+    }
+    if (nextStatus == PGRES_TUPLES_OK) {
+        // The end: a result without rows, which IsEnd sees.
+        result.reset(next);
+        EndStream();
+        return;
+    }
+    // The server failed after the first rows: the read ends here, and the
+    // reader is told so by TakeReadError.
+    FillError(next);
+    PQclear(next);
+    EndStream();
+    const int code = CodeForStatus(status, true);
+    if (code == kDbExecFailed) LogAccess(streamSql.c_str());
+    Notify(streamSql.c_str(), code, status, errorMessage);
+    streamError = code;
+}
+
+void CdDBConnection_PG::EndStream() {
+    if (!streaming) return;
+    streaming = false;
+    while (pg_result* rest = PQgetResult(conn.get())) PQclear(rest);
+}
+
 int CdDBConnection_PG::NextRow() {
+    if (streaming) {
+        Step();
+        return 0;
+    }
     ++currentRow;
     return 0;
 }
@@ -443,4 +530,7 @@ bool CdDBConnection_PG::IsEnd() const {
     return !result || currentRow >= PQntuples(result.get());
 }
 
-void CdDBConnection_PG::ClearResult() { result.reset(); }
+void CdDBConnection_PG::ClearResult() {
+    EndStream();
+    result.reset();
+}

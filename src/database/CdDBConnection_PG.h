@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "database/CdDBConnection.h"
 
@@ -30,6 +31,15 @@ public:
 
 private:
     int Begin();
+    // The rows of a plain select are read one at a time, so that the client
+    // never holds the whole result; Step takes the next one.
+    int ExecStreamed(const char* sql, const char* param, const char* const* paramArray, int paramCount,
+                     long long start);
+    void Step();
+    // Reads and drops what is left of a streamed select: the connection takes
+    // no other statement before.
+    void EndStream();
+    std::string streamSql;  // the streamed select, for the report of a late failure
     void ApplyStatementTimeout();
     void SendSetting(const char* sql);
     // Fills status and errorMessage from a failed result (nullptr: none at all),

@@ -249,6 +249,41 @@ TEST_F(CdDBConnectionTest, ReadsValuesNullsAndRefusesBytea) {
     EXPECT_EQ(c.GetColumnCount(), 0);
 }
 
+// The rows of a select come one at a time: in order, to the end; a statement
+// sent in the middle ends the read; a failure after the first rows is handed
+// to the reader once, as a read that stopped.
+TEST_F(CdDBConnectionTest, ReadsRowsOneAtATime) {
+    Setup("CREATE TABLE t (id int PRIMARY KEY)");
+    CdDBConnection_PG c;
+    ASSERT_EQ(Connect(c), 0);
+    c.SetCallback(RecordCall);
+    c.SetTransactional(false);  // as the reading connection runs
+
+    ASSERT_EQ(c.Exec("select n from generate_series(1, 3) n ORDER BY n"), 0);
+    EXPECT_EQ(c.GetStatus(), PGRES_TUPLES_OK);
+    std::string seen;
+    for (; !c.IsEnd(); c.NextRow()) seen += Cell(c, 0) + " ";
+    EXPECT_EQ(seen, "'1':0 '2':0 '3':0 ");
+    EXPECT_EQ(c.GetColumnCount(), 1);
+    EXPECT_EQ(c.TakeReadError(), 0);
+
+    ASSERT_EQ(c.Exec("select n from generate_series(1, 100000) n"), 0);
+    EXPECT_EQ(Cell(c, 0), "'1':0");
+    EXPECT_EQ(c.Exec("INSERT INTO t VALUES (1)"), 0);
+    EXPECT_TRUE(c.IsEnd());
+    EXPECT_EQ(Select(c, "select count(*) from t"), "'1':0");
+
+    ASSERT_EQ(c.Exec("select 10 / (3 - n) AS v from generate_series(1, 5) n"), 0);
+    seen.clear();
+    for (; !c.IsEnd(); c.NextRow()) seen += Cell(c, 0) + " ";
+    EXPECT_EQ(seen, "'5':0 '10':0 ");
+    EXPECT_EQ(c.TakeReadError(), -1006);
+    EXPECT_EQ(c.TakeReadError(), 0);
+    EXPECT_EQ(g_lastCall.substr(0, 8), "select 1");
+    EXPECT_NE(std::string(c.GetErrorMessage()).find("[22012]"), std::string::npos);
+    EXPECT_EQ(Select(c, "select 2"), "'2':0");  // the connection goes on
+}
+
 TEST_F(CdDBConnectionTest, CommitAfterFailedStatementIsRolledBack) {
     Setup("CREATE TABLE t (id int PRIMARY KEY)");
     CdDBConnection_PG c;

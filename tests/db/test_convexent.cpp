@@ -206,6 +206,22 @@ TEST_F(ConvExEntTest, UnreadableQueriesStopTheTableBeforeAnyRow) {
     EXPECT_NE(std::find(after.begin(), after.end(), "[ERR] データ件数の取得に失敗しました。"), after.end());
 }
 
+TEST_F(ConvExEntTest, AQueryThatFailsAfterItsFirstRowsStopsTheTable) {
+    // The third row divides by zero: the rows before it are written, then the
+    // table stops as a query that fails at once does, never closing as done.
+    Sql("INSERT INTO t_src (id) VALUES (1), (2), (3), (4)");
+    Query("t_dst", "SELECT id, 0 / (3 - id) AS rc FROM (SELECT id FROM t_src ORDER BY id OFFSET 0) s");
+    Query("t_dst_count", "SELECT count(*) FROM t_src");
+    Start(1);
+    ScriptedConv conv(&app_);
+    EXPECT_EQ(conv.Run(), -1006);
+    EXPECT_EQ(Value("SELECT string_agg(id::text, ',' ORDER BY id) FROM t_dst"), "1,2");
+    const std::vector<Msg> expected = {{4, 4, 1}, {4, 4, 2}};
+    EXPECT_EQ(app_.messages, expected);
+    const std::vector<std::string> log = UserLog();
+    EXPECT_NE(std::find(log.begin(), log.end(), "[ERR] データの読み込みに失敗しました。"), log.end());
+}
+
 TEST_F(ConvExEntTest, TypicalWriterShiftsTimesAndLeavesOutARowWhoseTimesCantShift) {
     Sql("INSERT INTO t_src (id, cretime, updtime) VALUES (1, '20240301085959', NULL),"
         " (2, '2024x', '20240101000000'), (3, '20240101120000', '20240102120000')");

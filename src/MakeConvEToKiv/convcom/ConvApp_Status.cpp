@@ -1,5 +1,6 @@
 // The status file, progress messages, and the reporting into the trace log
 // (hexadecimal) and the user log (plain text with INFO/WARN/ERR).
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -47,12 +48,14 @@ constexpr std::size_t kWorkPathMax = 8192;  // a path before its limit is checke
 
 std::string Format(std::size_t bound, const char* format, ...) __attribute__((format(printf, 2, 3)));
 std::string Format(std::size_t bound, const char* format, ...) {
-    std::vector<char> buf(bound);
+    // A buffer on the stack: messages are formed for every row.
+    char buf[kWorkPathMax];
+    bound = std::min(bound, sizeof buf);
     va_list args;
     va_start(args, format);
-    vsnprintf(buf.data(), bound, format, args);
+    const int n = vsnprintf(buf, bound, format, args);
     va_end(args);
-    return buf.data();
+    return n < 0 ? std::string() : std::string(buf);
 }
 
 // A path of a log file, or empty when it doesn't fit the 1,023 bytes of a log
@@ -111,14 +114,14 @@ void ConvApp::ReportError(int32_t code, const char* source, int line, bool show,
     }
     std::string text;
     if (format) {
-        std::vector<char> buf(kTextMax);
+        char buf[kTextMax];
         va_list args;
         va_start(args, format);
-        const int n = vsnprintf(buf.data(), buf.size(), format, args);
+        const int n = vsnprintf(buf, sizeof buf, format, args);
         va_end(args);
         // A cut text ends between characters.
-        if (n >= static_cast<int>(buf.size())) comUtf8CutBytes(buf.data(), static_cast<int>(buf.size() - 1), true);
-        text = buf.data();
+        if (n >= static_cast<int>(sizeof buf)) comUtf8CutBytes(buf, static_cast<int>(sizeof buf - 1), true);
+        text = n < 0 ? std::string() : std::string(buf);
     }
     std::string body;
     if (!text.empty()) body = Format(kBodyMax, " [msg=%s]", text.c_str());
@@ -249,7 +252,12 @@ int32_t ConvApp::PutMessage(const char* name, int32_t code, int32_t first, int32
         stepName = name;
         lastName_ = stepName.substr(0, 255);
     }
-    const std::string prefix = stepName.empty() ? "" : Format(kMessageMax, "%s ", stepName.c_str());
+    // "%s " and "%s%s" by concatenation, cut as the formats would cut them.
+    auto cut = [](std::string text) {
+        if (text.size() > kMessageMax - 1) text.resize(kMessageMax - 1);
+        return text;
+    };
+    const std::string prefix = stepName.empty() ? "" : cut(stepName + " ");
     const char* table = (code >= 1 && code <= 12) ? kMessages[code] : "";
 
     std::string text;
@@ -264,7 +272,7 @@ int32_t ConvApp::PutMessage(const char* name, int32_t code, int32_t first, int32
                                          : Format(kMessageMax, kEndFormat, functionLabel_.c_str());
             break;
         case 4:
-            text = Format(kMessageMax, "%s%s", prefix.c_str(), Format(kMessageMax, table, first, second).c_str());
+            text = cut(prefix + Format(kMessageMax, table, first, second));
             break;
         case 6:
             text = Format(kMessageMax, "%s%s", prefix.c_str(),

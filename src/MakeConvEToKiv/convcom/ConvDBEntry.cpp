@@ -56,8 +56,9 @@ int32_t ConvDBEntry::AddColumnValue(const char* name, const char* value, uint32_
             values.clear();
         }
         // The message keys show the row's values as they pass.
+        const std::size_t nameLength = std::strlen(name);
         for (auto& [key, keyValue] : keys)
-            if (strcasecmp(key.c_str(), name) == 0) keyValue = value;
+            if (key.size() == nameLength && strcasecmp(key.c_str(), name) == 0) keyValue = value;
     } catch (const std::bad_alloc&) {
         app->ReportError(kDbNoMemory, CONV_HERE, false, nullptr, "[errno=%d] [size=%d]", errno,
                          static_cast<int>(length * 2 + 1));
@@ -68,8 +69,9 @@ int32_t ConvDBEntry::AddColumnValue(const char* name, const char* value, uint32_
 
 int32_t ConvDBEntry::AddNullColumn(const char* name, uint32_t) {
     if (!name) return 0;
+    const std::size_t nameLength = std::strlen(name);
     for (auto& [key, keyValue] : keys)
-        if (strcasecmp(key.c_str(), name) == 0) keyValue.clear();
+        if (key.size() == nameLength && strcasecmp(key.c_str(), name) == 0) keyValue.clear();
     return 0;
 }
 

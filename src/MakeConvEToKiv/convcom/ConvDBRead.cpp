@@ -49,7 +49,14 @@ int32_t ConvDBRead::Fetch() {
         return kDbBadArgument;
     }
     ClearRow();
-    if (connection->IsEnd()) return 0;
+    readFailed = false;
+    if (connection->IsEnd()) {
+        const int32_t failed = connection->TakeReadError();
+        if (failed == 0) return 0;
+        readFailed = true;
+        app->ReportError(failed, CONV_HERE, false, nullptr, nullptr);
+        return failed;
+    }
 
     // A field that can't be read ends the fetch: a missing result counts as a bad
     // call, and -1110 (never given by a read) as the end.

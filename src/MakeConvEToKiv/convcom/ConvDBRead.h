@@ -1,5 +1,6 @@
-// The row reader: runs one query and hands its result over row by row. The whole
-// result stays in the connection, which is therefore busy until the reader is done.
+// The row reader: runs one query and hands its result over row by row. The rows
+// come from the server one at a time, and the connection is busy until the
+// reader is done.
 #pragma once
 
 #include <cstdint>
@@ -18,6 +19,9 @@ public:
     virtual int32_t OpenQuery(const char* sql);
     // 1 a row was made, 0 the result is at its end, or a negative code.
     virtual int32_t Fetch();
+    // The last Fetch failed because the query itself failed after its first
+    // rows: nothing more is to come, and what came is not the whole result.
+    bool ReadFailed() const { return readFailed; }
 
     // The current row, valid until the next Fetch.
     ConvRow& Row() { return row; }
@@ -25,4 +29,5 @@ public:
 
 protected:
     ConvRow row;
+    bool readFailed = false;
 };

@@ -153,8 +153,17 @@ int32_t ConvExEnt::Convert() {
         return ret;
     }
     int32_t rowCount = 0;
-    // A negative fetch counts as a row: the writer then reports what it makes of it.
-    while (reader->Fetch() != 0) {
+    // A negative fetch counts as a row: the writer then reports what it makes of
+    // it. A query that fails after its first rows stops the table, as one that
+    // fails at once does.
+    int32_t fetched = 0;
+    while ((fetched = reader->Fetch()) != 0) {
+        if (fetched < 0 && reader->ReadFailed()) {
+            app->ReportError(fetched, CONV_HERE, true, nullptr, "データの読み込みに失敗しました。");
+            DeleteWriter(writer);
+            RollbackWriter(writeConnection, fetched);
+            return fetched;
+        }
         ret = ConvertRow(*writer, reader->Row());
         if (static_cast<uint32_t>(ret) > 1) {
             DeleteWriter(writer);

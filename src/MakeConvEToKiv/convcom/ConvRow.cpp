@@ -5,6 +5,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 
 #include "MakeConvLib/cmsbase/CMSioObjApp.h"
@@ -20,6 +21,12 @@ std::optional<std::string> ValueOrNull(const char* value) {
 
 bool SameName(const std::string& a, const char* b) { return strcasecmp(a.c_str(), b) == 0; }
 
+// SameName for a b of known length: folding case keeps the length, so the
+// length decides most comparisons without a call.
+bool SameName(const std::string& a, const char* b, std::size_t bLength) {
+    return a.size() == bLength && strncasecmp(a.data(), b, bLength) == 0;
+}
+
 // Sets the first column of that name, or appends it as a quoted text.
 void PutStamp(ConvRow& row, const char* name, const char* stamp) {
     if (ConvRowItem* item = FindItem(row, name))
@@ -32,8 +39,9 @@ void PutStamp(ConvRow& row, const char* name, const char* stamp) {
 
 ConvRowItem* FindItem(const ConvRow& row, const char* name) {
     if (!name) return nullptr;
+    const std::size_t length = std::strlen(name);
     for (const auto& item : row)
-        if (item && SameName(item->name, name)) return item.get();
+        if (item && SameName(item->name, name, length)) return item.get();
     return nullptr;
 }
 

@@ -3,6 +3,8 @@
 
 #include <strings.h>
 
+#include <cctype>
+
 #include "MakeConvEToKiv/convcom/ConvDBEntryTimes.h"
 #include "base/comTime.h"
 #include "database/CdDB.h"
@@ -43,8 +45,10 @@ bool SchIsLogColumn(const char* name) { return name && strncasecmp(name, "LOG_",
 
 bool SchNameIn(const char* name, const char* const* list) {
     if (!name) return false;
+    // The first letters, folded, settle most entries without a call.
+    const int first = std::tolower(static_cast<unsigned char>(*name));
     for (; *list; ++list) {
-        if (strcasecmp(name, *list) == 0) return true;
+        if (std::tolower(static_cast<unsigned char>(**list)) == first && strcasecmp(name, *list) == 0) return true;
     }
     return false;
 }
