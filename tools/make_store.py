@@ -266,8 +266,19 @@ def build(args):
                                                             ("usetime", 30)],
                                                         [("managegroup", [(1, 1 + p % args.groups)])]))
         store.record(f"data/setubi/plant/{p}/pltacc", obj(p, [("accesskind", 2)], [
-            ("group", [(1, 1 + p % args.groups)]), ("gaccess", [(1, 1)])]))
+            ("group", [(1, 1 + p % args.groups)]), ("gaccess", [(1, 1)]),
+            ("user", [(1, 1 + p % args.users)]), ("uaccess", [(1, 1)])]))
         maker.file(f"data/setubi/plant/{p}", f"file/setubi/plant/{p}/schedule", args.reservations, users[:10])
+
+    # Personal settings of the first tenth of the users.
+    for u in users[: max(1, args.users // 10)]:
+        if args.facilities:
+            store.record(f"data/user/{u}/setubi/setting", obj(u, [("row", 8), ("rowother", 3), ("Group", 1),
+                                                                 ("title", "設備の予約")]))
+            store.record(f"data/user/{u}/setubi/infocsvindex", "col=1\ncol=3\ncol=2\n")
+        store.record(f"data/user/{u}/agent/setting", obj(u, [("row", 5), ("save", 1), ("alarmuse", 1)]))
+        if args.minutes:
+            store.record(f"data/user/{u}/agenda/setting", obj(u, [("row", 15), ("save", 1), ("mngrow", 10)]))
 
     # Alarm plans.
     store.record("data/agent/setting", obj(1, [("row", 10), ("save", 1), ("alarmuse", 1)]))
