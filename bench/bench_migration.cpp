@@ -2,13 +2,14 @@
 // design sets: every statement committed by itself, the status file rewritten
 // after every row.
 //
-// Each case generates a store (tools/make_store.py), runs the real convsch
-// binary in create mode with its SQL logs on, against a throwaway cluster, and
-// watches the process: wall and CPU time of each stage (split where the user log
-// opens stage B's first step), peak memory, rows written. Then, on the same
-// server, the floor: psql replays in auto-commit the very statements each stage
-// sent (read back from the SQL logs, into fresh databases), plus as many
-// status-file rewrites as the stage wrote rows.
+// Each case generates a store (tools/make_store.py) and runs the real convsch
+// binary in create mode over it, against a throwaway cluster, watching the
+// process: wall and CPU time of each stage (split where the user log opens
+// stage B's first step), peak memory, rows written, status-file rewrites.
+// A second run with the SQL logs on gives the statements (writing those logs
+// would weigh on the measured run). Then, on the same server, the floor: psql
+// replays in auto-commit the very statements each stage sent, into fresh
+// databases, plus as many status-file rewrites as the stage made.
 //
 // Sizes: CONVBENCH_SIZES=10000,100000,1000000 (schedule entries; default 10000).
 // Keep the work files with CONVBENCH_KEEP=1.
@@ -260,6 +261,7 @@ struct StageFigures {
     double floorWall = 0;
     double psqlCpu = 0;
     double rewriteWall = 0;
+    double rewriteCpu = 0;
     long long replayErrors = 0;
 };
 
@@ -271,11 +273,14 @@ struct CaseResult {
     std::string status;
 };
 
-// The store's rewrite, as the run does it: the whole text to "<file>.bk", then
-// renamed over the file.
-double StatusRewrites(const fs::path& dir, const std::string& text, long long count) {
+// The status file's rewrite, as the run does it: the whole text to
+// "<file>.bk", then renamed over the file. Adds the wall and CPU time taken.
+void StatusRewrites(const fs::path& dir, const std::string& text, StageFigures& f) {
     const std::string path = (dir / "floor.sts").string(), backup = path + ".bk";
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
     const auto start = Clock::now();
+    const long long count = f.rewrites;
     for (long long i = 0; i < count; ++i) {
         FILE* out = std::fopen(backup.c_str(), "w");
         if (!out) break;
@@ -283,7 +288,10 @@ double StatusRewrites(const fs::path& dir, const std::string& text, long long co
         std::fclose(out);
         std::rename(backup.c_str(), path.c_str());
     }
-    return Seconds(Clock::now() - start);
+    f.rewriteWall = Seconds(Clock::now() - start);
+    getrusage(RUSAGE_SELF, &after);
+    f.rewriteCpu = CpuSeconds(after) - CpuSeconds(before);
+    f.floorWall += f.rewriteWall;
 }
 
 // Replays one stage's scripts with psql in auto-commit; psql's wall and CPU add up.
@@ -303,6 +311,126 @@ void Replay(const std::vector<std::pair<fs::path, std::string>>& scripts, const 
     }
 }
 
+// One create run of convsch over the store into fresh databases ent and kiv,
+// under root (made here) with a copy of the target installation. With sqlLogs
+// set, the run writes its SQL logs there.
+struct RunSetup {
+    fs::path store, root, target, sqlLogs;
+    std::string ent, kiv;
+};
+
+bool PrepareRun(const RunSetup& s, std::string& error) {
+    fs::create_directories(s.root / "conv/log");
+    fs::create_directories(s.root / "sql");
+    if (!s.sqlLogs.empty()) fs::create_directories(s.sqlLogs);
+    fs::copy(fs::path(CONV_SOURCE_DIR) / "sql/sch", s.root / "sql/sch", fs::copy_options::recursive);
+    fs::copy(fs::path(CONV_SOURCE_DIR) / "examples/target", s.target, fs::copy_options::recursive);
+    if (!FreshDatabase(s.ent, "schema/ent.sql") || !FreshDatabase(s.kiv, "schema/kiv.sql")) {
+        error = "schema";
+        return false;
+    }
+    return true;
+}
+
+std::vector<std::string> RunArgs(const RunSetup& s) {
+    const PgCluster& pg = *Cluster();
+    std::vector<std::string> args = {
+        CONVSCH_EXE, s.root.string(), "1", "create", s.store.string(), pg.Host(), pg.PortText(), pg.User(),
+        pg.Password(), s.target.string(), pg.Host(), pg.PortText(), pg.User(), pg.Password(), s.ent, s.kiv};
+    if (!s.sqlLogs.empty()) args.push_back(s.sqlLogs.string());
+    return args;
+}
+
+// The stamp of the user log's first stage-B line, empty when there is none.
+std::string StageBStamp(const fs::path& userLog) {
+    std::ifstream in(userLog, std::ios::binary);
+    std::string line;
+    while (std::getline(in, line))
+        if (IsStamp(line) && line.find(kStageBStart) != std::string::npos) return line.substr(0, 23);
+    return "";
+}
+
+// The measured run, without SQL logs: watched every few milliseconds for the
+// start of stage B (to split wall and CPU time) and for status rewrites.
+bool WatchedRun(const RunSetup& s, CaseResult& r) {
+    // Every rewrite of the status file ends in a rename onto it. The moves from
+    // ".bk" are watched too: inotify merges an event with an equal one queued
+    // just before it, and alternating events are never equal.
+    const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (watch < 0 || inotify_add_watch(watch, (s.root / "conv").c_str(), IN_MOVED_FROM | IN_MOVED_TO) < 0) {
+        r.error = "inotify";
+        return false;
+    }
+    bool overflow = false;
+    auto countRewrites = [&](StageFigures& f) {
+        alignas(inotify_event) char buffer[64 * 1024];
+        for (ssize_t n; (n = read(watch, buffer, sizeof buffer)) > 0;) {
+            for (char* p = buffer; p < buffer + n;) {
+                const auto* event = reinterpret_cast<const inotify_event*>(p);
+                if (event->mask & IN_Q_OVERFLOW) overflow = true;
+                if ((event->mask & IN_MOVED_TO) && event->len > 0 && std::strcmp(event->name, "sch.sts") == 0)
+                    ++f.rewrites;
+                p += sizeof(inotify_event) + event->len;
+            }
+        }
+    };
+    const fs::path userLog = s.root / "conv/log/sch.log";
+    const long long kivBefore = RowsIn(s.kiv);
+    const auto start = Clock::now();
+    const pid_t pid = Spawn(RunArgs(s), (s.root / "convsch.out").string());
+    std::optional<Clock::time_point> stageB;
+    std::size_t logRead = 0;
+    std::string logTail;
+    int status = 0;
+    rusage usage{};
+    for (;;) {
+        const pid_t done = wait4(pid, &status, WNOHANG, &usage);
+        if (!stageB) {
+            std::ifstream in(userLog, std::ios::binary);
+            in.seekg(static_cast<std::streamoff>(logRead));
+            std::string chunk((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+            logRead += chunk.size();
+            logTail += chunk;
+            std::size_t lineStart = 0;
+            for (std::size_t nl; (nl = logTail.find('\n', lineStart)) != std::string::npos; lineStart = nl + 1) {
+                if (!stageB && logTail.substr(lineStart, nl - lineStart).find(kStageBStart) != std::string::npos) {
+                    stageB = Clock::now();
+                    r.a.cpu = ProcessCpu(pid);
+                    r.a.peakKb = ProcessPeakKb(pid);
+                }
+            }
+            logTail.erase(0, lineStart);
+        }
+        countRewrites(stageB ? r.b : r.a);
+        if (done == pid) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    const auto end = Clock::now();
+    close(watch);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || !stageB) {
+        r.error = "convsch ended with " + std::to_string(status) + (stageB ? "" : ", stage B not seen");
+        return false;
+    }
+    if (overflow) {
+        r.error = "inotify queue overflow: rewrites not counted";
+        return false;
+    }
+    r.a.wall = Seconds(*stageB - start);
+    r.b.wall = Seconds(end - *stageB);
+    r.b.cpu = CpuSeconds(usage) - r.a.cpu;
+    r.b.peakKb = usage.ru_maxrss;
+    r.a.rows = RowsIn(s.ent);
+    r.b.rows = RowsIn(s.kiv) - kivBefore;
+    std::ifstream in(userLog);
+    std::string line;
+    while (std::getline(in, line))
+        if (line.find("[WARN]") != std::string::npos || line.find("[ERR]") != std::string::npos) ++r.warnings;
+    const std::string sts = ReadAll(s.root / "conv/sch.sts");
+    const std::size_t at = sts.find("status=");
+    r.status = at == std::string::npos ? "?" : sts.substr(at + 7, 1);
+    return true;
+}
+
 CaseResult Migrate(const std::string& name, const std::vector<std::string>& storeArgs) {
     CaseResult r;
     if (!Cluster()) {
@@ -316,114 +444,35 @@ CaseResult Migrate(const std::string& name, const std::vector<std::string>& stor
     }
     const fs::path work = pattern;
     chmod(work.c_str(), 0755);
-    const fs::path store = work / "store", root = work / "root", target = work / "target";
-    const fs::path sqlLogs = work / ("sql-" + TodayInJapan());
-
+    const fs::path store = work / "store";
     std::vector<std::string> gen = {"python3", std::string(CONV_SOURCE_DIR) + "/tools/make_store.py", store.string()};
     gen.insert(gen.end(), storeArgs.begin(), storeArgs.end());
     if (Run(gen, (work / "make_store.log").string()).status != 0) {
         r.error = "make_store.py failed: " + ReadAll(work / "make_store.log");
         return r;
     }
-    fs::create_directories(root / "conv/log");
-    fs::create_directories(root / "sql");
-    fs::create_directories(sqlLogs);
-    fs::copy(fs::path(CONV_SOURCE_DIR) / "sql/sch", root / "sql/sch", fs::copy_options::recursive);
-    fs::copy(fs::path(CONV_SOURCE_DIR) / "examples/target", target, fs::copy_options::recursive);
-    const std::string ent = "bench_ent", kiv = "bench_kiv";
-    if (!FreshDatabase(ent, "schema/ent.sql") || !FreshDatabase(kiv, "schema/kiv.sql")) {
-        r.error = "schema";
-        return r;
-    }
-    const long long kivBefore = RowsIn(kiv);
 
-    // The run, watched every few milliseconds for the start of stage B.
-    PgCluster& pg = *Cluster();
-    const std::vector<std::string> args = {
-        CONVSCH_EXE, root.string(), "1", "create", store.string(), pg.Host(), pg.PortText(), pg.User(),
-        pg.Password(), target.string(), pg.Host(), pg.PortText(), pg.User(), pg.Password(), ent, kiv,
-        sqlLogs.string()};
-    const fs::path userLog = root / "conv/log/sch.log";
-    // Every rewrite of the status file ends in a rename onto it.
-    const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (watch < 0 || inotify_add_watch(watch, (root / "conv").c_str(), IN_MOVED_TO) < 0) {
-        r.error = "inotify";
+    // The measured run, then the same run again with its SQL logs on: writing
+    // them costs the run an open, write and close per statement, which the
+    // design's figures leave out.
+    const RunSetup measured{store, work / "root", work / "target", "", "bench_ent", "bench_kiv"};
+    const RunSetup logged{store, work / "root-logged", work / "target-logged",
+                          work / ("sql-" + TodayInJapan()), "bench_logged_ent", "bench_logged_kiv"};
+    if (!PrepareRun(measured, r.error) || !WatchedRun(measured, r) || !PrepareRun(logged, r.error)) return r;
+    if (Run(RunArgs(logged), (work / "convsch-logged.out").string()).status != 0) {
+        r.error = "the run with SQL logs failed";
         return r;
     }
-    bool overflow = false;
-    auto countRewrites = [&](StageFigures& f) {
-        alignas(inotify_event) char buffer[64 * 1024];
-        for (ssize_t n; (n = read(watch, buffer, sizeof buffer)) > 0;) {
-            for (char* p = buffer; p < buffer + n;) {
-                const auto* event = reinterpret_cast<const inotify_event*>(p);
-                if (event->mask & IN_Q_OVERFLOW) overflow = true;
-                if (event->len > 0 && std::strcmp(event->name, "sch.sts") == 0) ++f.rewrites;
-                p += sizeof(inotify_event) + event->len;
-            }
-        }
-    };
-    const auto start = Clock::now();
-    const pid_t pid = Spawn(args, (work / "convsch.out").string());
-    std::optional<Clock::time_point> stageB;
-    std::string boundary;
-    std::size_t logRead = 0;
-    std::string logTail;
-    int status = 0;
-    rusage usage{};
-    for (;;) {
-        const pid_t done = wait4(pid, &status, WNOHANG, &usage);
-        countRewrites(stageB ? r.b : r.a);
-        if (done == pid) break;
-        if (!stageB) {
-            std::ifstream in(userLog, std::ios::binary);
-            in.seekg(static_cast<std::streamoff>(logRead));
-            std::string chunk((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-            logRead += chunk.size();
-            logTail += chunk;
-            std::size_t lineStart = 0;
-            for (std::size_t nl; (nl = logTail.find('\n', lineStart)) != std::string::npos; lineStart = nl + 1) {
-                const std::string line = logTail.substr(lineStart, nl - lineStart);
-                if (!stageB && line.find(kStageBStart) != std::string::npos && IsStamp(line)) {
-                    stageB = Clock::now();
-                    boundary = line.substr(0, 23);
-                    r.a.cpu = ProcessCpu(pid);
-                    r.a.peakKb = ProcessPeakKb(pid);
-                }
-            }
-            logTail.erase(0, lineStart);
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    const auto end = Clock::now();
-    close(watch);
-    if (overflow) {
-        r.error = "inotify queue overflow: rewrites not counted";
+    const std::string boundary = StageBStamp(logged.root / "conv/log/sch.log");
+    if (boundary.empty()) {
+        r.error = "no stage B in the logged run";
         return r;
     }
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || !stageB) {
-        r.error = "convsch ended with " + std::to_string(status) + (stageB ? "" : ", stage B not seen");
-        return r;
-    }
-    r.a.wall = Seconds(*stageB - start);
-    r.b.wall = Seconds(end - *stageB);
-    r.b.cpu = CpuSeconds(usage) - r.a.cpu;
-    r.b.peakKb = usage.ru_maxrss;
-    r.a.rows = RowsIn(ent);
-    r.b.rows = RowsIn(kiv) - kivBefore;
-    {
-        std::ifstream in(userLog);
-        std::string line;
-        while (std::getline(in, line))
-            if (line.find("[WARN]") != std::string::npos || line.find("[ERR]") != std::string::npos) ++r.warnings;
-    }
-    const std::string sts = ReadAll(root / "conv/sch.sts");
-    const std::size_t at = sts.find("status=");
-    r.status = at == std::string::npos ? "?" : sts.substr(at + 7, 1);
 
     // The floor: the same statements into fresh databases, stage by stage.
     std::vector<std::pair<fs::path, std::string>> scriptsA, scriptsB;
     std::vector<fs::path> logs;
-    for (const auto& e : fs::directory_iterator(sqlLogs))
+    for (const auto& e : fs::directory_iterator(logged.sqlLogs))
         if (e.path().extension() == ".log") logs.push_back(e.path());
     std::sort(logs.begin(), logs.end());
     for (const fs::path& log : logs) {
@@ -439,12 +488,11 @@ CaseResult Migrate(const std::string& name, const std::vector<std::string>& stor
         r.error = "floor schema";
         return r;
     }
+    const std::string sts = ReadAll(measured.root / "conv/sch.sts");
     Replay(scriptsA, work, r.a);
-    r.a.rewriteWall = StatusRewrites(work, sts, r.a.rewrites);
-    r.a.floorWall += r.a.rewriteWall;
+    StatusRewrites(work, sts, r.a);
     Replay(scriptsB, work, r.b);
-    r.b.rewriteWall = StatusRewrites(work, sts, r.b.rewrites);
-    r.b.floorWall += r.b.rewriteWall;
+    StatusRewrites(work, sts, r.b);
 
     if (std::getenv("CONVBENCH_KEEP"))
         std::fprintf(stderr, "%s: work files kept in %s\n", name.c_str(), work.c_str());
@@ -457,13 +505,14 @@ CaseResult Migrate(const std::string& name, const std::vector<std::string>& stor
 void Print(const std::string& name, const CaseResult& r) {
     std::fprintf(stderr, "\n%s: status=%s, %lld WARN/ERR lines\n", name.c_str(), r.status.c_str(), r.warnings);
     std::fprintf(stderr, "  stage    rows   wall s   rows/s  cpu us/row  peak MB  stmts  floor s  run/floor"
-                         "  psql cpu us/stmt  rewrites  rewrites s  replay errors  BEGINs\n");
+                         "  psql cpu us/stmt  rewrites  rewrites s  cpu us/rewrite  replay errors  BEGINs\n");
     for (const auto& [label, f] : {std::pair{"A", &r.a}, std::pair{"B", &r.b}}) {
-        std::fprintf(stderr, "  %-5s %7lld %8.2f %8.0f %11.1f %8.1f %6lld %8.2f %10.2f %17.1f %9lld %11.2f %14lld %7lld\n",
+        std::fprintf(stderr, "  %-5s %7lld %8.2f %8.0f %11.1f %8.1f %6lld %8.2f %10.2f %17.1f %9lld %11.2f %15.1f %14lld %7lld\n",
                      label, f->rows, f->wall, f->rows / f->wall, f->cpu * 1e6 / static_cast<double>(f->rows),
                      static_cast<double>(f->peakKb) / 1024.0, f->sent.statements, f->floorWall,
                      f->wall / f->floorWall, f->psqlCpu * 1e6 / static_cast<double>(f->sent.statements),
-                     f->rewrites, f->rewriteWall, f->replayErrors, f->sent.transactions);
+                     f->rewrites, f->rewriteWall,
+                     f->rewrites ? f->rewriteCpu * 1e6 / static_cast<double>(f->rewrites) : 0.0, f->replayErrors, f->sent.transactions);
     }
 }
 
