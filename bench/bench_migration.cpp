@@ -376,6 +376,7 @@ bool WatchedRun(const RunSetup& s, CaseResult& r) {
     };
     const fs::path userLog = s.root / "conv/log/sch.log";
     const long long kivBefore = RowsIn(s.kiv);
+    sync();  // the freshly written store's pages reach the disk before, not during, the run
     const auto start = Clock::now();
     const pid_t pid = Spawn(RunArgs(s), (s.root / "convsch.out").string());
     std::optional<Clock::time_point> stageB;
@@ -489,6 +490,7 @@ CaseResult Migrate(const std::string& name, const std::vector<std::string>& stor
         return r;
     }
     const std::string sts = ReadAll(measured.root / "conv/sch.sts");
+    sync();
     Replay(scriptsA, work, r.a);
     StatusRewrites(work, sts, r.a);
     Replay(scriptsB, work, r.b);
