@@ -16,7 +16,6 @@
 #include <benchmark/benchmark.h>
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
