@@ -18,12 +18,7 @@ import os
 import shutil
 import sys
 
-
-def euc(text, where):
-    try:
-        return text.encode("euc_jp")
-    except UnicodeEncodeError as e:
-        sys.exit(f"{where}: {text[e.start:e.end]!r} has no EUC-JP form")
+from flatstore import write_file
 
 
 def main():
@@ -38,14 +33,11 @@ def main():
         for name in sorted(files):
             path = os.path.join(directory, name)
             rel = os.path.relpath(path, source)
-            target = os.path.join(os.fsencode(store), euc(rel, rel))
-            os.makedirs(os.path.dirname(target), exist_ok=True)
             with open(path, "rb") as f:
                 data = f.read()
             if rel.split(os.sep)[0] == "data":
-                data = euc(data.decode("utf-8"), rel)
-            with open(target, "wb") as f:
-                f.write(data)
+                data = data.decode("utf-8")
+            write_file(store, rel, data)
             count += 1
     print(f"{count} files written to {store}")
 
