@@ -770,18 +770,6 @@ bool QueryKeys(CdDBConnection_PG& connection, const std::string& sql, std::size_
     return true;
 }
 
-std::string Pad(const std::string& text, std::size_t width) {
-    const std::size_t used = DisplayWidth(text);
-    return used >= width ? text : text + std::string(width - used, ' ');
-}
-
-std::string PadLeft(const std::string& text, std::size_t width) {
-    const std::size_t used = DisplayWidth(text);
-    return used >= width ? text : std::string(width - used, ' ') + text;
-}
-
-std::string Count(const std::optional<int64_t>& value) { return value ? std::to_string(*value) : "-"; }
-
 }  // namespace
 
 ConvReconcileResult Reconcile(const std::vector<std::string>& args, const ConvRunAccount& account) {
@@ -863,8 +851,8 @@ std::string FormatReconcile(const ConvReconcileResult& result) {
             out += family.notCompared + "\n";
             continue;
         }
-        out += Pad(family.compares, comparesWidth + 2) + PadLeft(Count(family.store), 7) +
-               PadLeft(Count(family.working), 9) + PadLeft(Count(family.target), 8) +
+        out += Pad(family.compares, comparesWidth + 2) + PadLeft(CountText(family.store), 7) +
+               PadLeft(CountText(family.working), 9) + PadLeft(CountText(family.target), 8) +
                PadLeft(std::to_string(family.explained), 11) + PadLeft(std::to_string(family.unexplained), 13);
         if (!family.notCompared.empty()) out += "  (" + family.notCompared + ")";
         out += "\n";

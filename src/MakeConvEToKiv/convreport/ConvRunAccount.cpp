@@ -99,18 +99,6 @@ std::string StatusDate(const std::string& date) {
            date.substr(10, 2) + ":" + date.substr(12, 2);
 }
 
-std::string Pad(const std::string& text, std::size_t width) {
-    const std::size_t used = DisplayWidth(text);
-    return used >= width ? text : text + std::string(width - used, ' ');
-}
-
-std::string PadLeft(const std::string& text, std::size_t width) {
-    const std::size_t used = DisplayWidth(text);
-    return used >= width ? text : std::string(width - used, ' ') + text;
-}
-
-std::string CountText(const std::optional<int64_t>& value) { return value ? std::to_string(*value) : "-"; }
-
 const char* StateText(ConvStepState state) {
     switch (state) {
         case ConvStepState::Running: return "running";
@@ -358,5 +346,17 @@ std::string FormatAccount(const ConvRunAccount& account) {
     }
     return out;
 }
+
+std::string Pad(const std::string& text, std::size_t width) {
+    const std::size_t used = DisplayWidth(text);
+    return used >= width ? text : text + std::string(width - used, ' ');
+}
+
+std::string PadLeft(const std::string& text, std::size_t width) {
+    const std::size_t used = DisplayWidth(text);
+    return used >= width ? text : std::string(width - used, ' ') + text;
+}
+
+std::string CountText(const std::optional<int64_t>& value) { return value ? std::to_string(*value) : "-"; }
 
 }  // namespace convrun

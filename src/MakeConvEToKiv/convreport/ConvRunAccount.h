@@ -75,5 +75,10 @@ ConvRowFate FateOf(const std::string& tag, const std::string& text);
 
 // Columns in a terminal: two for a character beyond ASCII, one otherwise.
 std::size_t DisplayWidth(const std::string& text);
+// The text padded with blanks to width columns, on its right or its left.
+std::string Pad(const std::string& text, std::size_t width);
+std::string PadLeft(const std::string& text, std::size_t width);
+// A count, or "-" where there is none.
+std::string CountText(const std::optional<int64_t>& value);
 
 }  // namespace convrun
