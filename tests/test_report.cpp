@@ -120,6 +120,7 @@ TEST(Reconcile, DifferencesAreExplainedOnlyByReportsThatNameThem) {
         "2026/11/23 10:00:00.100 [WARN] TTPR_SCHEDULE [ID=108] [SID_USER=1] 開始日付[20240231]が不正ですが処理を続行しました。\n"
         "2026/11/23 10:00:00.200 [WARN] TTPR_SCHEDULE [ID=109] [SID_USER=1] [memo]の値が桁数オーバーとなるため、[10]文字でカットして登録しました。\n"
         "2026/11/23 10:00:00.300 [WARN] ファイルの読み込みに失敗しました。ファイル[/s/data/user//3/schedule]errno[2]\n"
+        "2026/11/23 10:00:00.350 [WARN] TTPR_SCHEDULE [SID_USER=1] [ID=108] 添付ファイルの登録に失敗しました。\n"
         "2026/11/23 10:00:00.400 [INFO] ユーザースケジュール 移行の前準備が終了しました。\n"
         "2026/11/23 10:00:01.000 [INFO] スケジュール 移行を開始します。\n"
         "2026/11/23 10:00:01.100 [WARN] TT_SCHEDULE_OTHERTO [LOG_KBN=2] [LOG_SCH_ID=110] [LOG_TID=1] 重複。\n"
@@ -154,6 +155,11 @@ TEST(Reconcile, DifferencesAreExplainedOnlyByReportsThatNameThem) {
                                                      "B -SID_USER=4 ID=401"}));
     EXPECT_EQ(result.explained, 2);
     EXPECT_EQ(result.unexplained, 5);
+    // Of two reports that explain a key, the run's first is shown.
+    for (const ConvGap& gap : result.gaps)
+        if (gap.key == "SID_USER=1 ID=108") {
+            EXPECT_NE(gap.because.find("開始日付"), std::string::npos) << gap.because;
+        }
 
     // A side that isn't compared counts nothing and compares nothing.
     ConvFamilyResult partial;

@@ -100,29 +100,117 @@ std::vector<const ConvStepNote*> NotesOf(const ConvRunAccount& account, char sta
     return out;
 }
 
-const ConvStepNote* FindExplanation(const std::vector<const ConvStepNote*>& notes,
-                                    const std::vector<ConvNoteRule>& rules, const ConvKey& key,
-                                    const std::string& path) {
-    for (const ConvStepNote* note : notes) {
-        if (!path.empty() && note->text.find("[" + path + "]") != std::string::npos) return note;
-        if (!note->row) continue;
-        for (const ConvNoteRule& rule : rules)
-            if (ExplainsRow(rule, *note->row, key)) return note;
+// Finds, for a missing key, the first report (in the run's order) that explains
+// it, without walking every report per key: each report is filed once under
+// the file names it brackets and, per rule, under the key components it names,
+// so a look-up costs a few hash probes whatever the number of reports.
+class ExplanationIndex {
+public:
+    ExplanationIndex(const std::vector<const ConvStepNote*>& notes, const std::vector<ConvNoteRule>& rules,
+                     std::size_t keySize)
+        : notes_(notes), rules_(rules), keySize_(keySize), byRule_(rules.size()) {
+        for (std::size_t n = 0; n < notes.size(); ++n) {
+            FileBrackets(notes[n]->text, n);
+            if (notes[n]->row)
+                for (std::size_t r = 0; r < rules.size(); ++r) File(r, *notes[n]->row, n);
+        }
     }
-    return nullptr;
-}
+
+    const ConvStepNote* Find(const ConvKey& key, const std::string& path) const {
+        // A key of another length than the index was built for: ask each report.
+        if (key.size() != keySize_) return Walk(key, path);
+        std::size_t best = kNone;
+        if (!path.empty()) {
+            const auto it = byPath_.find(path);
+            if (it != byPath_.end()) best = it->second;
+        }
+        for (const RuleIndex& index : byRule_)
+            for (const auto& [mask, firsts] : index) {
+                const auto it = firsts.find(Projection(key, mask));
+                if (it != firsts.end()) best = std::min(best, it->second);
+            }
+        return best == kNone ? nullptr : notes_[best];
+    }
+
+private:
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    // Per rule: the set of named components (a bit each) → the projection of
+    // their values → the first report naming exactly those values.
+    using RuleIndex = std::map<uint32_t, std::unordered_map<std::string, std::size_t>>;
+
+    void FileBrackets(const std::string& text, std::size_t n) {
+        for (std::size_t open = text.find('['); open != std::string::npos; open = text.find('[', open + 1)) {
+            const std::size_t close = text.find(']', open + 1);
+            if (close == std::string::npos) break;
+            byPath_.emplace(text.substr(open + 1, close - open - 1), n);
+        }
+    }
+
+    void File(std::size_t r, const ConvRowReport& row, std::size_t n) {
+        const ConvNoteRule& rule = rules_[r];
+        const std::string table = Upper(row.table);
+        if (std::none_of(rule.tables.begin(), rule.tables.end(),
+                         [&](const std::string& t) { return Upper(t) == table; }))
+            return;
+        for (const auto& [name, value] : rule.fixed) {
+            const std::string* given = NoteValue(row, {name});
+            if (given && *given != value) return;
+        }
+        uint32_t mask = 0;
+        bool wantsAny = false;
+        std::string projection;
+        for (std::size_t i = 0; i < keySize_ && i < rule.names.size() && i < 32; ++i) {
+            if (rule.names[i].empty()) continue;
+            wantsAny = true;
+            const std::string* given = NoteValue(row, rule.names[i]);
+            if (!given) continue;
+            mask |= 1u << i;
+            projection += *given;
+            projection += kJoin;
+        }
+        if (wantsAny && mask == 0) return;
+        byRule_[r][mask].emplace(std::move(projection), n);
+    }
+
+    static std::string Projection(const ConvKey& key, uint32_t mask) {
+        std::string out;
+        for (std::size_t i = 0; i < key.size() && i < 32; ++i)
+            if (mask & (1u << i)) {
+                out += key[i];
+                out += kJoin;
+            }
+        return out;
+    }
+
+    const ConvStepNote* Walk(const ConvKey& key, const std::string& path) const {
+        for (const ConvStepNote* note : notes_) {
+            if (!path.empty() && note->text.find("[" + path + "]") != std::string::npos) return note;
+            if (!note->row) continue;
+            for (const ConvNoteRule& rule : rules_)
+                if (ExplainsRow(rule, *note->row, key)) return note;
+        }
+        return nullptr;
+    }
+
+    const std::vector<const ConvStepNote*>& notes_;
+    const std::vector<ConvNoteRule>& rules_;
+    std::size_t keySize_;
+    std::vector<RuleIndex> byRule_;
+    std::unordered_map<std::string, std::size_t> byPath_;
+};
 
 void Compare(const std::vector<std::string>& names, const std::vector<ConvStoreKey>& earlier,
              const std::vector<ConvKey>& later, bool toTarget, const std::vector<const ConvStepNote*>& notes,
              const std::vector<ConvNoteRule>& rules, ConvFamilyResult& result) {
     std::unordered_set<std::string> laterSet;
     for (const ConvKey& key : later) laterSet.insert(Joined(key));
+    const ExplanationIndex explanations(notes, rules, earlier.empty() ? 0 : earlier.front().key.size());
     std::unordered_set<std::string> earlierSet;
     for (const ConvStoreKey& item : earlier) {
         const std::string joined = Joined(item.key);
         if (!earlierSet.insert(joined).second || laterSet.count(joined)) continue;
         ConvGap gap{toTarget, true, KeyText(names, item.key), ""};
-        if (const ConvStepNote* note = FindExplanation(notes, rules, item.key, item.path)) {
+        if (const ConvStepNote* note = explanations.Find(item.key, item.path)) {
             gap.because = "[" + note->tag + "] " + note->text;
             ++result.explained;
         } else {
