@@ -9,11 +9,14 @@
 // A second run with the SQL logs on gives the statements (writing those logs
 // would weigh on the measured run). Then, on the same server, the floor: psql
 // replays in auto-commit the very statements each stage sent, into fresh
-// databases, plus as many status-file rewrites as the stage made.
+// databases, plus as many status-file rewrites as the stage made; and the
+// lockstep floor: the same statements and rewrites taking turns, as the run
+// must take them (a rename's writeback costs more while the server writes).
 //
 // Sizes: CONVBENCH_SIZES=10000,100000,1000000 (schedule entries; default 10000).
 // Keep the work files with CONVBENCH_KEEP=1.
 #include <benchmark/benchmark.h>
+#include <libpq-fe.h>
 
 #include <fcntl.h>
 #include <sys/inotify.h>
@@ -262,6 +265,11 @@ struct StageFigures {
     double rewriteWall = 0;
     double rewriteCpu = 0;
     long long replayErrors = 0;
+    // The same statements and rewrites interleaved as the run must do them: each
+    // statement through PQexecParams, then the rewrites due by then.
+    double lockstepWall = 0;
+    double lockstepCpu = 0;
+    long long lockstepErrors = 0;
 };
 
 struct CaseResult {
@@ -308,6 +316,70 @@ void Replay(const std::vector<std::pair<fs::path, std::string>>& scripts, const 
         while (std::getline(in, line))
             if (line.find("ERROR:") != std::string::npos) ++f.replayErrors;
     }
+}
+
+double ThreadCpu() {
+    rusage ru{};
+    getrusage(RUSAGE_THREAD, &ru);
+    return CpuSeconds(ru);
+}
+
+// The floor the design itself sets, which psql cannot show: every statement
+// committed by itself (sent as the program sends it, PQexecParams without
+// parameters) and the status file rewritten after every row, in turn, so that
+// each rename's writeback meets the server's writes as it does in the run.
+// The stage's rewrites are spread evenly over its statements. Scripts are
+// read a statement at a time: at 1,000,000 entries they hold gigabytes.
+void Lockstep(const std::vector<std::pair<fs::path, std::string>>& scripts, const fs::path& dir,
+              const std::string& statusText, StageFigures& f) {
+    const long long total = std::max(1LL, f.sent.statements);
+    const std::string path = (dir / "lockstep.sts").string(), backup = path + ".bk";
+    std::map<std::string, PGconn*> conns;
+    long long sent = 0, rewritten = 0;
+    const double cpuStart = ThreadCpu();
+    const auto start = Clock::now();
+    for (const auto& [script, db] : scripts) {
+        PGconn*& conn = conns[db];
+        if (!conn) {
+            const std::string info = "host=" + Cluster()->Host() + " port=" + Cluster()->PortText() +
+                                     " user=" + Cluster()->User() + " password=" + Cluster()->Password() +
+                                     " dbname=" + db;
+            conn = PQconnectdb(info.c_str());
+            if (PQstatus(conn) != CONNECTION_OK) {
+                ++f.lockstepErrors;
+                continue;
+            }
+            PQclear(PQexec(conn, "SET client_encoding TO UTF8"));
+        }
+        std::ifstream in(script, std::ios::binary);
+        std::string line, sql;
+        bool quoted = false;
+        while (std::getline(in, line)) {
+            for (const char c : line)
+                if (c == '\'') quoted = !quoted;
+            sql += line;
+            if (quoted || line.empty() || line.back() != ';') {
+                sql += '\n';
+                continue;
+            }
+            sql.pop_back();
+            PGresult* res = PQexecParams(conn, sql.c_str(), 0, nullptr, nullptr, nullptr, nullptr, 0);
+            if (PQresultStatus(res) == PGRES_FATAL_ERROR) ++f.lockstepErrors;
+            PQclear(res);
+            sql.clear();
+            ++sent;
+            for (const long long due = sent * f.rewrites / total; rewritten < due; ++rewritten) {
+                FILE* out = std::fopen(backup.c_str(), "w");
+                if (!out) break;
+                std::fputs(statusText.c_str(), out);
+                std::fclose(out);
+                std::rename(backup.c_str(), path.c_str());
+            }
+        }
+    }
+    f.lockstepWall = Seconds(Clock::now() - start);
+    f.lockstepCpu = ThreadCpu() - cpuStart;
+    for (auto& [db, conn] : conns) PQfinish(conn);
 }
 
 // One create run of convsch over the store into fresh databases ent and kiv,
@@ -484,7 +556,9 @@ CaseResult Migrate(const std::string& name, const std::vector<std::string>& stor
         scriptsA.emplace_back(a, db);
         scriptsB.emplace_back(b, db);
     }
-    if (!FreshDatabase("bench_floor_ent", "schema/ent.sql") || !FreshDatabase("bench_floor_kiv", "schema/kiv.sql")) {
+    if (!FreshDatabase("bench_floor_ent", "schema/ent.sql") || !FreshDatabase("bench_floor_kiv", "schema/kiv.sql") ||
+        !FreshDatabase("bench_lockstep_ent", "schema/ent.sql") ||
+        !FreshDatabase("bench_lockstep_kiv", "schema/kiv.sql")) {
         r.error = "floor schema";
         return r;
     }
@@ -494,6 +568,13 @@ CaseResult Migrate(const std::string& name, const std::vector<std::string>& stor
     StatusRewrites(work, sts, r.a);
     Replay(scriptsB, work, r.b);
     StatusRewrites(work, sts, r.b);
+    auto lockstepDb = [](std::vector<std::pair<fs::path, std::string>> scripts) {
+        for (auto& entry : scripts) entry.second.replace(0, 11, "bench_lockstep");
+        return scripts;
+    };
+    sync();
+    Lockstep(lockstepDb(scriptsA), work, sts, r.a);
+    Lockstep(lockstepDb(scriptsB), work, sts, r.b);
 
     if (std::getenv("CONVBENCH_KEEP"))
         std::fprintf(stderr, "%s: work files kept in %s\n", name.c_str(), work.c_str());
@@ -506,14 +587,20 @@ CaseResult Migrate(const std::string& name, const std::vector<std::string>& stor
 void Print(const std::string& name, const CaseResult& r) {
     std::fprintf(stderr, "\n%s: status=%s, %lld WARN/ERR lines\n", name.c_str(), r.status.c_str(), r.warnings);
     std::fprintf(stderr, "  stage    rows   wall s   rows/s  cpu us/row  peak MB  stmts  floor s  run/floor"
-                         "  psql cpu us/stmt  rewrites  rewrites s  cpu us/rewrite  replay errors  BEGINs\n");
+                         "  psql cpu us/stmt  rewrites  rewrites s  cpu us/rewrite  lockstep s  run/lockstep"
+                         "  lockstep cpu us/row  replay errors  BEGINs\n");
     for (const auto& [label, f] : {std::pair{"A", &r.a}, std::pair{"B", &r.b}}) {
-        std::fprintf(stderr, "  %-5s %7lld %8.2f %8.0f %11.1f %8.1f %6lld %8.2f %10.2f %17.1f %9lld %11.2f %15.1f %14lld %7lld\n",
-                     label, f->rows, f->wall, f->rows / f->wall, f->cpu * 1e6 / static_cast<double>(f->rows),
+        const double rows = static_cast<double>(f->rows);
+        std::fprintf(stderr,
+                     "  %-5s %7lld %8.2f %8.0f %11.1f %8.1f %6lld %8.2f %10.2f %17.1f %9lld %11.2f %15.1f %11.2f %13.2f"
+                     " %20.1f %14lld %7lld\n",
+                     label, f->rows, f->wall, rows / f->wall, f->cpu * 1e6 / rows,
                      static_cast<double>(f->peakKb) / 1024.0, f->sent.statements, f->floorWall,
                      f->wall / f->floorWall, f->psqlCpu * 1e6 / static_cast<double>(f->sent.statements),
                      f->rewrites, f->rewriteWall,
-                     f->rewrites ? f->rewriteCpu * 1e6 / static_cast<double>(f->rewrites) : 0.0, f->replayErrors, f->sent.transactions);
+                     f->rewrites ? f->rewriteCpu * 1e6 / static_cast<double>(f->rewrites) : 0.0, f->lockstepWall,
+                     f->wall / f->lockstepWall, f->lockstepCpu * 1e6 / rows, f->replayErrors + f->lockstepErrors,
+                     f->sent.transactions);
     }
 }
 
@@ -530,6 +617,7 @@ void Report(benchmark::State& state, const std::string& name, const CaseResult& 
         state.counters[s + "_cpu_us/row"] = f->cpu * 1e6 / static_cast<double>(f->rows);
         state.counters[s + "_peak_MB"] = static_cast<double>(f->peakKb) / 1024.0;
         state.counters[s + "_run/floor"] = f->wall / f->floorWall;
+        state.counters[s + "_run/lockstep"] = f->wall / f->lockstepWall;
     }
     state.counters["warnings"] = static_cast<double>(r.warnings);
 }
