@@ -15,6 +15,7 @@
 #include <sstream>
 
 #include "base/comClock.h"
+#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "base/comEncoding.h"
 
 namespace testsupport {
@@ -165,6 +166,12 @@ ChildResult RunInChild(int (*fn)(void*), void* arg) {
     waitpid(pid, &wstatus, 0);
     result.status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1;
     return result;
+}
+
+int RunProgram(void* args) {
+    auto* run = static_cast<Args*>(args);
+    ConvMainSchStd program;
+    return program.Run(run->Argc(), run->Argv());
 }
 
 }  // namespace testsupport

@@ -73,5 +73,7 @@ struct ChildResult {
     std::string out;
 };
 ChildResult RunInChild(int (*fn)(void*), void* arg);
+// The whole program over an Args, for RunInChild.
+int RunProgram(void* args);
 
 }  // namespace testsupport

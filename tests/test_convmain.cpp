@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "TestSupport.h"
 #include "base/NUFileIO.h"
 #include "base/NUioObj.h"
@@ -20,11 +19,6 @@ int ExecProgram(void* arg) {
     return 127;
 }
 
-int RunProgram(void* arg) {
-    auto* args = static_cast<Args*>(arg);
-    ConvMainSchStd program;
-    return program.Run(args->Argc(), args->Argv());
-}
 
 // The trace log exists, and every line of it decodes.
 std::vector<std::string> ExpectTraceDecodes(const std::string& path) {

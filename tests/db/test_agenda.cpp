@@ -13,6 +13,7 @@
 #include "MakeConvSToKiv/convstdagenda/ConvExStdAgendaAgenda.h"
 #include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
 #include "PgCluster.h"
+#include "ShippedRun.h"
 #include "TestSupport.h"
 #include "database/CdDBConnection.h"
 
@@ -27,25 +28,15 @@ constexpr const char* kKiv = "agenda_kiv";
 class AgendaTest : public ::testing::Test {
 protected:
     AgendaTest()
-        : args_({"convsch", dir_.Path(), "1", "create", dir_ / "store", TestCluster().Host(),
-                 TestCluster().PortText(), TestCluster().User(), TestCluster().Password(), dir_ / "target",
-                 TestCluster().Host(), TestCluster().PortText(), TestCluster().User(), TestCluster().Password(), kEnt,
-                 kKiv}),
+        : args_(ClusterRunArgs(dir_.Path(), "create", dir_ / "store", dir_ / "target", kEnt, kKiv)),
           app_(args_.Argc(), args_.Argv(), "sch") {}
 
     // The settings' directory unit of the target tree.
     virtual const char* DirUnit() const { return "1000"; }
 
     void SetUp() override {
-        PgCluster& pg = TestCluster();
-        std::string error;
-        for (const char* db : {kEnt, kKiv}) ASSERT_TRUE(pg.CreateDatabase(db, &error)) << error;
-        ASSERT_TRUE(pg.Exec(kEnt, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
-        ASSERT_TRUE(pg.Exec(kKiv, ReadFile(kSource + "/schema/kiv.sql"), &error)) << error;
-        MakeDirs(dir_ / "conv/log");
-        MakeDirs(dir_ / "sql");
+        ASSERT_NO_FATAL_FAILURE(PrepareShippedRun(dir_.Path(), kEnt, kKiv));
         MakeDirs(dir_ / "store/data/user");
-        ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir_.Path() + "/sql/").c_str()), 0);
         WriteFile(dir_ / "target/data/app", std::string("maxdir=") + DirUnit() + "\ndbdirfile=" + (dir_ / "kivfile/") + "\n");
         Store("data/user/index", "a=1\nb=2\n_lastid=2\n");
         Store("data/user/1/info", "object 1\nName=山田\nKana=ヤマダ\nend\n");

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
+#include "ShippedRun.h"
 #include "TestSupport.h"
 
 using namespace testsupport;
@@ -21,11 +21,6 @@ const std::string kSource = CONV_SOURCE_DIR;
 constexpr const char* kEnt = "example_ent";
 constexpr const char* kKiv = "example_kiv";
 
-int RunProgram(void* arg) {
-    auto* args = static_cast<Args*>(arg);
-    ConvMainSchStd program;
-    return program.Run(args->Argc(), args->Argv());
-}
 
 class ExampleRun : public ::testing::Test {
 protected:
@@ -33,21 +28,9 @@ protected:
     // reads the same outcome.
     static void SetUpTestSuite() {
         dir_ = new TempDir;
-        PgCluster& pg = TestCluster();
-        std::string error;
-        ASSERT_TRUE(pg.CreateDatabase(kEnt, &error)) << error;
-        ASSERT_TRUE(pg.CreateDatabase(kKiv, &error)) << error;
-        ASSERT_TRUE(pg.Exec(kEnt, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
-        ASSERT_TRUE(pg.Exec(kKiv, ReadFile(kSource + "/schema/kiv.sql"), &error)) << error;
-        MakeDirs(*dir_ / "conv/log");
-        MakeDirs(*dir_ / "sql");
-        ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir_->Path() + "/sql/ && cp -r " + kSource +
-                          "/examples/target " + dir_->Path() + "/target")
-                             .c_str()),
-                  0);
-        Args args({"convsch", dir_->Path(), "1", "create", kSource + "/examples/store", pg.Host(), pg.PortText(),
-                   pg.User(), pg.Password(), *dir_ / "target", pg.Host(), pg.PortText(), pg.User(), pg.Password(),
-                   kEnt, kKiv});
+        ASSERT_NO_FATAL_FAILURE(PrepareShippedRun(dir_->Path(), kEnt, kKiv));
+        ASSERT_EQ(system(("cp -r " + kSource + "/examples/target " + dir_->Path() + "/target").c_str()), 0);
+        Args args(ClusterRunArgs(dir_->Path(), "create", kSource + "/examples/store", *dir_ / "target", kEnt, kKiv));
         result_ = new ChildResult(RunInChild(RunProgram, &args));
     }
     static void TearDownTestSuite() {

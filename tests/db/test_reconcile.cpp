@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "MakeConvEToKiv/convreport/ConvReconcile.h"
-#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
+#include "ShippedRun.h"
 #include "TestSupport.h"
 
 using namespace testsupport;
@@ -18,29 +18,13 @@ namespace {
 
 const std::string kSource = CONV_SOURCE_DIR;
 
-int RunProgram(void* arg) {
-    auto* args = static_cast<Args*>(arg);
-    ConvMainSchStd program;
-    return program.Run(args->Argc(), args->Argv());
-}
 
 // One create run of a store into two fresh databases under a temporary root.
 struct Migration {
     Migration(const std::string& name, const std::string& store) : ent(name + "_ent"), kiv(name + "_kiv") {
-        PgCluster& pg = TestCluster();
-        std::string error;
-        EXPECT_TRUE(pg.CreateDatabase(ent, &error)) << error;
-        EXPECT_TRUE(pg.CreateDatabase(kiv, &error)) << error;
-        EXPECT_TRUE(pg.Exec(ent, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
-        EXPECT_TRUE(pg.Exec(kiv, ReadFile(kSource + "/schema/kiv.sql"), &error)) << error;
-        MakeDirs(dir / "conv/log");
-        MakeDirs(dir / "sql");
-        EXPECT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir.Path() + "/sql/ && cp -r " + kSource +
-                          "/examples/target " + dir.Path() + "/target")
-                             .c_str()),
-                  0);
-        args = {"convsch", dir.Path(), "1", "create", store, pg.Host(), pg.PortText(), pg.User(), pg.Password(),
-                dir / "target", pg.Host(), pg.PortText(), pg.User(), pg.Password(), ent, kiv};
+        PrepareShippedRun(dir.Path(), ent, kiv);
+        EXPECT_EQ(system(("cp -r " + kSource + "/examples/target " + dir.Path() + "/target").c_str()), 0);
+        args = ClusterRunArgs(dir.Path(), "create", store, dir / "target", ent, kiv);
         Args run(args);
         const ChildResult result = RunInChild(RunProgram, &run);
         EXPECT_EQ(result.status, 0) << result.out;

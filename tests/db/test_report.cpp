@@ -11,19 +11,13 @@
 #include <vector>
 
 #include "MakeConvEToKiv/convreport/ConvRunAccount.h"
-#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
+#include "ShippedRun.h"
 #include "TestSupport.h"
 
 using namespace testsupport;
 
 namespace {
-
-int RunProgram(void* arg) {
-    auto* args = static_cast<Args*>(arg);
-    ConvMainSchStd program;
-    return program.Run(args->Argc(), args->Argv());
-}
 
 const std::string kSource = CONV_SOURCE_DIR;
 
@@ -72,14 +66,9 @@ private:
 class RunAccount : public ::testing::Test {
 protected:
     void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(PrepareShippedRun(dir.Path(), kEnt, kKiv));
         PgCluster& pg = TestCluster();
         std::string error;
-        for (const char* db : {kEnt, kKiv}) ASSERT_TRUE(pg.CreateDatabase(db, &error)) << error;
-        ASSERT_TRUE(pg.Exec(kEnt, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
-        ASSERT_TRUE(pg.Exec(kKiv, ReadFile(kSource + "/schema/kiv.sql"), &error)) << error;
-        MakeDirs(dir / "conv/log");
-        MakeDirs(dir / "sql");
-        ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir.Path() + "/sql/").c_str()), 0);
         WriteFile(dir / "store/data/user/index", "_lastid=0\n");
         ASSERT_TRUE(pg.Exec(kEnt,
                             "INSERT INTO TM_INDEX (SID_MODULE, SUBCODE, lastid) VALUES (1, '001', 60), (3, '001', 4);"
@@ -89,10 +78,7 @@ protected:
     }
 
     int Create() {
-        PgCluster& pg = TestCluster();
-        Args args({"convsch", dir.Path(), "1", "create", dir / "store", pg.Host(), pg.PortText(), pg.User(),
-                   pg.Password(), kSource + "/examples/target", pg.Host(), pg.PortText(), pg.User(), pg.Password(),
-                   kEnt, kKiv});
+        Args args(ClusterRunArgs(dir.Path(), "create", dir / "store", kSource + "/examples/target", kEnt, kKiv));
         return RunInChild(RunProgram, &args).status;
     }
 

@@ -7,7 +7,6 @@
 
 #include "MakeConvEToKiv/convbatcom/ConvBat.h"
 #include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
-#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
 #include "TestSupport.h"
 #include "base/comTime.h"
@@ -16,12 +15,6 @@ using namespace testsupport;
 namespace fs = std::filesystem;
 
 namespace {
-
-int RunProgram(void* arg) {
-    auto* args = static_cast<Args*>(arg);
-    ConvMainSchStd program;
-    return program.Run(args->Argc(), args->Argv());
-}
 
 // A work root, a target installation and two fresh databases with a table of
 // marks that the scripts delete from and a table they log into.

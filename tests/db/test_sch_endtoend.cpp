@@ -11,6 +11,7 @@
 
 #include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
+#include "ShippedRun.h"
 #include "TestSupport.h"
 
 using namespace testsupport;
@@ -26,7 +27,7 @@ struct ChildRun {
     const char* zone;
 };
 
-int RunProgram(void* arg) {
+int RunInZone(void* arg) {
     auto* run = static_cast<ChildRun*>(arg);
     setenv("TZ", run->zone, 1);
     tzset();
@@ -51,17 +52,8 @@ std::string List(const std::string& name, const std::vector<std::string>& entrie
 class SchEndToEnd : public ::testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
-        PgCluster& pg = TestCluster();
-        std::string error;
-        ASSERT_TRUE(pg.CreateDatabase(kEnt, &error)) << error;
-        ASSERT_TRUE(pg.CreateDatabase(kKiv, &error)) << error;
-        ASSERT_TRUE(pg.Exec(kEnt, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
-        ASSERT_TRUE(pg.Exec(kKiv, ReadFile(kSource + "/schema/kiv.sql"), &error)) << error;
-        MakeDirs(dir_ / "conv/log");
-        MakeDirs(dir_ / "sql");
-        ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir_.Path() + "/sql/ && cp -r " + kSource +
-                          "/examples/target " + dir_.Path() + "/target")
-                             .c_str()),
+        ASSERT_NO_FATAL_FAILURE(PrepareShippedRun(dir_.Path(), kEnt, kKiv));
+        ASSERT_EQ(system(("cp -r " + kSource + "/examples/target " + dir_.Path() + "/target").c_str()),
                   0);
         WriteStore();
     }
@@ -134,7 +126,7 @@ protected:
         Args args({"convsch", dir_.Path(), "0", "create", dir_ / "store", c.Host(), c.PortText(), c.User(),
                    c.Password(), dir_ / "target", c.Host(), c.PortText(), c.User(), c.Password(), kEnt, kKiv});
         ChildRun run{&args, GetParam()};
-        return RunInChild(RunProgram, &run);
+        return RunInChild(RunInZone, &run);
     }
 
     std::vector<std::string> Kiv(const std::string& sql) {

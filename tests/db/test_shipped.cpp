@@ -2,19 +2,13 @@
 // a clean run with the shipped clean scripts empties what a migration fills.
 #include <gtest/gtest.h>
 
-#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
+#include "ShippedRun.h"
 #include "TestSupport.h"
 
 using namespace testsupport;
 
 namespace {
-
-int RunProgram(void* arg) {
-    auto* args = static_cast<Args*>(arg);
-    ConvMainSchStd program;
-    return program.Run(args->Argc(), args->Argv());
-}
 
 const std::string kSource = CONV_SOURCE_DIR;
 
@@ -37,9 +31,8 @@ TEST(Shipped, SchemasLoadAndShippedCleanScriptsRunLineByLine) {
     MakeDirs(dir / "conv/log");
     MakeDirs(dir / "sql");
     ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir.Path() + "/sql/").c_str()), 0);
-    Args args({"convsch", dir.Path(), "1", "clean", dir / "store", pg.Host(), pg.PortText(), pg.User(),
-               pg.Password(), kSource + "/examples/target", pg.Host(), pg.PortText(), pg.User(), pg.Password(),
-               "shipped_ent", "shipped_kiv"});
+    Args args(ClusterRunArgs(dir.Path(), "clean", dir / "store", kSource + "/examples/target", "shipped_ent",
+                             "shipped_kiv"));
     ChildResult r = RunInChild(RunProgram, &args);
     EXPECT_EQ(r.status, 0);
     TraceLog trace = ReadTrace(dir / "conv/log/sch_clean_trace.log");

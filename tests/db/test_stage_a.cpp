@@ -17,7 +17,6 @@
 #include "MakeConvSToKiv/convstdcom/ConvExStdStackIndex.h"
 #include "MakeConvSToKiv/convstdplant/ConvExStdPlantManage.h"
 #include "MakeConvSToKiv/mainconvsch/ConvBatSchStd.h"
-#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
 #include "TestSupport.h"
 #include "database/CdDBConnection.h"
@@ -317,11 +316,6 @@ TEST_F(StageATest, AdministratorStepsFillTheirTables) {
 }
 
 // ------------------------------------------------------------ a create run
-
-int RunProgram(void* arg) {
-    ConvMainSchStd program;
-    return program.Run(static_cast<Args*>(arg)->Argc(), static_cast<Args*>(arg)->Argv());
-}
 
 TEST(StageARun, FailingStepStopsTheRunBeforeStageB) {
     TempDir dir;

@@ -7,33 +7,20 @@
 #include <string>
 #include <vector>
 
-#include "MakeConvSToKiv/mainconvsch/ConvMainSchStd.h"
 #include "PgCluster.h"
+#include "ShippedRun.h"
 #include "TestSupport.h"
 
 using namespace testsupport;
 
 namespace {
 
-int RunProgram(void* arg) {
-    auto* args = static_cast<Args*>(arg);
-    ConvMainSchStd program;
-    return program.Run(args->Argc(), args->Argv());
-}
-
 const std::string kSource = CONV_SOURCE_DIR;
 
 class StageBRun : public ::testing::Test {
 protected:
     void SetUp() override {
-        PgCluster& pg = TestCluster();
-        std::string error;
-        for (const char* db : {kEnt, kKiv}) ASSERT_TRUE(pg.CreateDatabase(db, &error)) << error;
-        ASSERT_TRUE(pg.Exec(kEnt, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
-        ASSERT_TRUE(pg.Exec(kKiv, ReadFile(kSource + "/schema/kiv.sql"), &error)) << error;
-        MakeDirs(dir / "conv/log");
-        MakeDirs(dir / "sql");
-        ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir.Path() + "/sql/").c_str()), 0);
+        ASSERT_NO_FATAL_FAILURE(PrepareShippedRun(dir.Path(), kEnt, kKiv));
         // Stage A reads an empty store; every store has its user index.
         MakeDirs(dir / "store/data/user");
         WriteFile(dir / "store/data/user/index", "_lastid=0\n");
@@ -48,10 +35,7 @@ protected:
     ChildResult Create() {
         // An empty store; stage A's owner steps need its user index all the same.
         WriteFile(dir / "store/data/user/index", "_lastid=0\n");
-        PgCluster& pg = TestCluster();
-        Args args({"convsch", dir.Path(), "1", "create", dir / "store", pg.Host(), pg.PortText(), pg.User(),
-                   pg.Password(), kSource + "/examples/target", pg.Host(), pg.PortText(), pg.User(), pg.Password(),
-                   kEnt, kKiv});
+        Args args(ClusterRunArgs(dir.Path(), "create", dir / "store", kSource + "/examples/target", kEnt, kKiv));
         return RunInChild(RunProgram, &args);
     }
 

@@ -28,7 +28,7 @@ ConvExStdStackIndex::ConvExStdStackIndex(ConvAppStd* appIn, bool isTransactional
       ownerIndexPath(indexPath ? indexPath : ""),
       ownerDirectory(DirectoryOf(ownerIndexPath)) {}
 
-ConvExStdStackIndex::~ConvExStdStackIndex() = default;
+ConvExStdStackIndex::~ConvExStdStackIndex() { ConvExStdStackIndex::CloseSource(); }
 
 int32_t ConvExStdStackIndex::OpenSource() {
     ownerIndex = app->GetIndex(ownerIndexPath.c_str(), false);
@@ -36,6 +36,28 @@ int32_t ConvExStdStackIndex::OpenSource() {
         app->ReportError(kDbNoMemory, CONV_HERE, false, ownerIndexPath.c_str(), kNoMemoryText, kDbNoMemory);
         return kDbNoMemory;
     }
+    return 0;
+}
+
+void ConvExStdStackIndex::CloseSource() {
+    ConvExStd::CloseSource();
+    ownerIndex = nullptr;
+    ownIndex.reset();
+}
+
+int32_t ConvExStdStackIndex::OpenOwnIndex(bool loadRecords) {
+    ownIndex.reset(new (std::nothrow) ConvStdComIndex(app, (rootPath + ownerIndexPath).c_str(), loadRecords));
+    if (!ownIndex) {
+        app->ReportError(kDbNoMemory, CONV_HERE, false, nullptr, kNoMemoryText, kDbNoMemory);
+        return kDbNoMemory;
+    }
+    // An index that isn't there reads as empty.
+    const int ret = ownIndex->Read();
+    if (ret < 0) {
+        app->ReportError(ret, CONV_HERE, false, ownerIndexPath.c_str(), nullptr);
+        return ret;
+    }
+    ownerIndex = ownIndex.get();
     return 0;
 }
 
@@ -153,28 +175,7 @@ ConvExStdManageGroup::ConvExStdManageGroup(ConvAppStd* appIn, const char* module
     walkRecords = true;
 }
 
-ConvExStdManageGroup::~ConvExStdManageGroup() { ConvExStdManageGroup::CloseSource(); }
-
-int32_t ConvExStdManageGroup::OpenSource() {
-    groupIndex.reset(new (std::nothrow) ConvStdComIndex(app, (rootPath + ownerIndexPath).c_str(), true));
-    if (!groupIndex) {
-        app->ReportError(kDbNoMemory, CONV_HERE, false, nullptr, kNoMemoryText, kDbNoMemory);
-        return kDbNoMemory;
-    }
-    const int ret = groupIndex->Read();
-    if (ret < 0) {
-        app->ReportError(ret, CONV_HERE, false, ownerIndexPath.c_str(), nullptr);
-        return ret;
-    }
-    ownerIndex = groupIndex.get();
-    return 0;
-}
-
-void ConvExStdManageGroup::CloseSource() {
-    ConvExStdStackIndex::CloseSource();
-    ownerIndex = nullptr;
-    groupIndex.reset();
-}
+int32_t ConvExStdManageGroup::OpenSource() { return OpenOwnIndex(true); }
 
 std::unique_ptr<ConvStdCom> ConvExStdManageGroup::NewReader() {
     return std::unique_ptr<ConvStdCom>(new (std::nothrow) ConvStdComItemIndex(app, sourcePath.c_str()));

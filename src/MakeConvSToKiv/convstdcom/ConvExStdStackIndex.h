@@ -19,6 +19,7 @@ public:
 
     // The owner index from the application's cache.
     int32_t OpenSource() override;
+    void CloseSource() override;
     // Every owner in index order; an unreadable owner is passed over.
     int32_t Convert() override;
     std::unique_ptr<ConvStdCom> NewReader() override;
@@ -43,6 +44,9 @@ protected:
     // One owner: open, convert, walk again after a rollback, commit. 1 when the
     // owner is given up, 0 when done, others stop the conversion.
     int32_t ConvertOwner(const ConvRow& owner, int32_t count);
+    // Reads the owner index itself instead of taking the cached one: with
+    // loadRecords every owner's record, for walks over the records.
+    int32_t OpenOwnIndex(bool loadRecords);
 
     ConvStdComIndex* ownerIndex = nullptr;
     std::string fileName;
@@ -51,22 +55,18 @@ protected:
     std::string ownerId;
     // The owners are the index's loaded records, not its bare id list.
     bool walkRecords = false;
+    std::unique_ptr<ConvStdComIndex> ownIndex;  // when read by OpenOwnIndex
 };
 
 // The administrators of each group: data/group/<id>/<module>/admin.
 class ConvExStdManageGroup : public ConvExStdStackIndex {
 public:
     ConvExStdManageGroup(ConvAppStd* app, const char* module, const char* tableName);
-    ~ConvExStdManageGroup() override;
 
     // Reads its own, fully loaded group index.
     int32_t OpenSource() override;
-    void CloseSource() override;
     std::unique_ptr<ConvStdCom> NewReader() override;
     int32_t SetUpWriter(ConvDBEntryStd* writer) override;
-
-protected:
-    std::unique_ptr<ConvStdComIndex> groupIndex;
 };
 
 // A user's ordered list of ids, numbered in SEQNO; one transaction per user.

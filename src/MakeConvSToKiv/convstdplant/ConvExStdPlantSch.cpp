@@ -19,30 +19,9 @@ ConvExStdPlantSch::ConvExStdPlantSch(ConvAppStd* appIn)
     walkRecords = false;
 }
 
-ConvExStdPlantSch::~ConvExStdPlantSch() { ConvExStdPlantSch::CloseSource(); }
-
-int32_t ConvExStdPlantSch::OpenSource() {
-    // The id list is all this conversion needs of the index: the facilities'
-    // own records were read (and reported) by the facility step.
-    plantIndex.reset(new (std::nothrow) ConvStdComIndex(app, (rootPath + ownerIndexPath).c_str(), false));
-    if (!plantIndex) {
-        app->ReportError(kDbNoMemory, CONV_HERE, false, nullptr, "メモリー確保に失敗しました。[%d]", kDbNoMemory);
-        return kDbNoMemory;
-    }
-    const int ret = plantIndex->Read();
-    if (ret < 0) {
-        app->ReportError(ret, CONV_HERE, false, ownerIndexPath.c_str(), nullptr);
-        return ret;
-    }
-    ownerIndex = plantIndex.get();
-    return 0;
-}
-
-void ConvExStdPlantSch::CloseSource() {
-    ConvExStdSchSch::CloseSource();
-    ownerIndex = nullptr;
-    plantIndex.reset();
-}
+// The id list is all this conversion needs of the index: the facilities' own
+// records were read (and reported) by the facility step.
+int32_t ConvExStdPlantSch::OpenSource() { return OpenOwnIndex(false); }
 
 std::unique_ptr<ConvDBEntryStd> ConvExStdPlantSch::NewWriter() {
     return std::unique_ptr<ConvDBEntryStd>(new (std::nothrow) tt_sch_plant(app, connection));

@@ -18,16 +18,11 @@ public:
 class ConvExStdPlantSch : public ConvExStdSchSch {
 public:
     explicit ConvExStdPlantSch(ConvAppStd* app);
-    ~ConvExStdPlantSch() override;
 
     // Reads its own facility index, the id list only.
     int32_t OpenSource() override;
-    void CloseSource() override;
     std::unique_ptr<ConvDBEntryStd> NewWriter() override;
     // SID_PLANT: the owner's id, a fixed field and a message key.
     int32_t SetUpWriter(ConvDBEntryStd* writer) override;
     int32_t SetUpDetailWriter(ConvDBEntryStd* writer, const ConvRowItem& idItem) override;
-
-protected:
-    std::unique_ptr<ConvStdComIndex> plantIndex;
 };

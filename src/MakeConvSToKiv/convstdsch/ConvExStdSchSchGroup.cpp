@@ -16,28 +16,7 @@ ConvExStdSchSchGroup::ConvExStdSchSchGroup(ConvAppStd* appIn)
     walkRecords = true;
 }
 
-ConvExStdSchSchGroup::~ConvExStdSchSchGroup() { ConvExStdSchSchGroup::CloseSource(); }
-
-int32_t ConvExStdSchSchGroup::OpenSource() {
-    groupIndex.reset(new (std::nothrow) ConvStdComIndex(app, (rootPath + ownerIndexPath).c_str(), true));
-    if (!groupIndex) {
-        app->ReportError(kDbNoMemory, CONV_HERE, false, nullptr, "メモリー確保に失敗しました。[%d]", kDbNoMemory);
-        return kDbNoMemory;
-    }
-    const int ret = groupIndex->Read();
-    if (ret < 0) {
-        app->ReportError(ret, CONV_HERE, false, ownerIndexPath.c_str(), nullptr);
-        return ret;
-    }
-    ownerIndex = groupIndex.get();
-    return 0;
-}
-
-void ConvExStdSchSchGroup::CloseSource() {
-    ConvExStdSchSch::CloseSource();
-    ownerIndex = nullptr;
-    groupIndex.reset();
-}
+int32_t ConvExStdSchSchGroup::OpenSource() { return OpenOwnIndex(true); }
 
 std::unique_ptr<ConvDBEntryStd> ConvExStdSchSchGroup::NewWriter() {
     return std::unique_ptr<ConvDBEntryStd>(new (std::nothrow) tt_sch_group(app, connection));

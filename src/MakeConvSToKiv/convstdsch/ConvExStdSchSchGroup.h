@@ -9,16 +9,11 @@
 class ConvExStdSchSchGroup : public ConvExStdSchSch {
 public:
     explicit ConvExStdSchSchGroup(ConvAppStd* app);
-    ~ConvExStdSchSchGroup() override;
 
     // Reads its own, fully loaded group index.
     int32_t OpenSource() override;
-    void CloseSource() override;
     std::unique_ptr<ConvDBEntryStd> NewWriter() override;
     // SID_GROUP: the owner's id, a fixed field and a message key.
     int32_t SetUpWriter(ConvDBEntryStd* writer) override;
     int32_t SetUpDetailWriter(ConvDBEntryStd* writer, const ConvRowItem& idItem) override;
-
-protected:
-    std::unique_ptr<ConvStdComIndex> groupIndex;
 };

@@ -26,29 +26,7 @@ ConvExStdSchSchPGroupOfUser::ConvExStdSchSchPGroupOfUser(ConvAppStd* appIn, cons
     walkRecords = true;
 }
 
-ConvExStdSchSchPGroupOfUser::~ConvExStdSchSchPGroupOfUser() { ConvExStdSchSchPGroupOfUser::CloseSource(); }
-
-int32_t ConvExStdSchSchPGroupOfUser::OpenSource() {
-    groupIndex.reset(new (std::nothrow) ConvStdComIndex(app, (rootPath + ownerIndexPath).c_str(), true));
-    if (!groupIndex) {
-        app->ReportError(kDbNoMemory, CONV_HERE, false, nullptr, "メモリー確保に失敗しました。[%d]", kDbNoMemory);
-        return kDbNoMemory;
-    }
-    // A user without personal groups has no index: an empty one.
-    const int ret = groupIndex->Read();
-    if (ret < 0) {
-        app->ReportError(ret, CONV_HERE, false, ownerIndexPath.c_str(), nullptr);
-        return ret;
-    }
-    ownerIndex = groupIndex.get();
-    return 0;
-}
-
-void ConvExStdSchSchPGroupOfUser::CloseSource() {
-    ConvExStdSchSch::CloseSource();
-    ownerIndex = nullptr;
-    groupIndex.reset();
-}
+int32_t ConvExStdSchSchPGroupOfUser::OpenSource() { return OpenOwnIndex(true); }
 
 std::unique_ptr<ConvDBEntryStd> ConvExStdSchSchPGroupOfUser::NewWriter() {
     return std::unique_ptr<ConvDBEntryStd>(new (std::nothrow) ttpr_sch_group(app, connection));

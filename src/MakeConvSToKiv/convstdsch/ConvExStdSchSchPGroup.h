@@ -13,11 +13,10 @@
 class ConvExStdSchSchPGroupOfUser : public ConvExStdSchSch {
 public:
     ConvExStdSchSchPGroupOfUser(ConvAppStd* app, const char* userId);
-    ~ConvExStdSchSchPGroupOfUser() override;
 
-    // Reads the user's own group index, fully loaded.
+    // Reads the user's own group index, fully loaded; a user without personal
+    // groups has none, which reads as empty.
     int32_t OpenSource() override;
-    void CloseSource() override;
     std::unique_ptr<ConvDBEntryStd> NewWriter() override;
     // SID_PRGROUP (the group) and SID_USER (the user): fixed fields and keys.
     int32_t SetUpWriter(ConvDBEntryStd* writer) override;
@@ -30,7 +29,6 @@ protected:
     void AddOwners(ConvDBEntryStd* writer);
 
     std::string userId;
-    std::unique_ptr<ConvStdComIndex> groupIndex;
 };
 
 class ConvExStdSchSchPGroup : public ConvExStdStackIndex {
