@@ -281,21 +281,28 @@ struct CaseResult {
     std::string status;
 };
 
-// The status file's rewrite, as the run does it: the whole text to
-// "<file>.bk", then renamed over the file. Adds the wall and CPU time taken.
-void StatusRewrites(const fs::path& dir, const std::string& text, StageFigures& f) {
-    const std::string path = (dir / "floor.sts").string(), backup = path + ".bk";
-    rusage before{}, after{};
-    getrusage(RUSAGE_SELF, &before);
-    const auto start = Clock::now();
-    const long long count = f.rewrites;
-    for (long long i = 0; i < count; ++i) {
+// count rewrites of the status file, as the run makes them: the whole text to
+// "<file>.bk", then renamed over the file. Gives how many were made.
+long long StatusRewrite(const std::string& path, const std::string& backup, const std::string& text,
+                        long long count) {
+    long long made = 0;
+    for (; made < count; ++made) {
         FILE* out = std::fopen(backup.c_str(), "w");
         if (!out) break;
         std::fputs(text.c_str(), out);
         std::fclose(out);
         std::rename(backup.c_str(), path.c_str());
     }
+    return made;
+}
+
+// The stage's rewrites one after another. Adds the wall and CPU time taken.
+void StatusRewrites(const fs::path& dir, const std::string& text, StageFigures& f) {
+    const std::string path = (dir / "floor.sts").string(), backup = path + ".bk";
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
+    const auto start = Clock::now();
+    StatusRewrite(path, backup, text, f.rewrites);
     f.rewriteWall = Seconds(Clock::now() - start);
     getrusage(RUSAGE_SELF, &after);
     f.rewriteCpu = CpuSeconds(after) - CpuSeconds(before);
@@ -369,15 +376,10 @@ void Lockstep(const std::vector<std::pair<fs::path, std::string>>& scripts, cons
             PQclear(res);
             sql.clear();
             ++sent;
-            for (const long long due = sent * f.rewrites / total; rewritten < due; ++rewritten) {
-                FILE* out = std::fopen(backup.c_str(), "w");
-                if (!out) break;
-                std::fputs(statusText.c_str(), out);
-                std::fclose(out);
-                std::rename(backup.c_str(), path.c_str());
-            }
+            rewritten += StatusRewrite(path, backup, statusText, sent * f.rewrites / total - rewritten);
         }
     }
+    rewritten += StatusRewrite(path, backup, statusText, f.rewrites - rewritten);  // none lost to a short script
     f.lockstepWall = Seconds(Clock::now() - start);
     f.lockstepCpu = ThreadCpu() - cpuStart;
     for (auto& [db, conn] : conns) PQfinish(conn);
