@@ -95,6 +95,16 @@ void NoticeProcessor(void* /*arg*/, const char* message) {
                 static_cast<int>(reinterpret_cast<std::intptr_t>(message)));
 }
 
+// The bound values of a statement: the single parameter first, then the
+// array; an empty value is sent as NULL.
+std::vector<const char*> BoundValues(const char* param, const char* const* paramArray, int paramCount) {
+    std::vector<const char*> values;
+    if (param) values.push_back(param);
+    for (int i = 0; paramArray && i < paramCount; ++i)
+        values.push_back(paramArray[i] && *paramArray[i] ? paramArray[i] : nullptr);
+    return values;
+}
+
 }  // namespace
 
 CdDBConnection_PG::CdDBConnection_PG() = default;
@@ -336,20 +346,13 @@ int CdDBConnection_PG::Exec(const char* sql, const char* param, void* /*reserved
         result.reset(PQexecParams(conn.get(), sql, param ? 1 : 0, nullptr, values, nullptr,
                                   nullptr, 0));
     } else {
-        std::vector<const char*> values;
-        if (param) values.push_back(param);
-        for (int i = 0; paramArray && i < paramCount; ++i)
-            values.push_back(paramArray[i] && *paramArray[i] ? paramArray[i] : nullptr);
+        const std::vector<const char*> values = BoundValues(param, paramArray, paramCount);
         result.reset(PQexecParams(conn.get(), sql, static_cast<int>(values.size()), nullptr,
                                   values.empty() ? nullptr : values.data(), nullptr, nullptr, 0));
     }
 
     if (!result) {
-        TraceStatement(sql, param, start);
-        FillError(nullptr);
-        LogAccess(sql);
-        Notify(sql, kDbExecFailed, status, errorMessage);
-        return kDbExecFailed;
+        return FailWithoutResult(sql, param, start);
     }
 
     status = PQresultStatus(result.get());
@@ -440,12 +443,17 @@ int CdDBConnection_PG::GetValueByName(char** out, const char* name) const {
     return kDbNoRow;
 }
 
+int CdDBConnection_PG::FailWithoutResult(const char* sql, const char* param, long long start) {
+    TraceStatement(sql, param, start);
+    FillError(nullptr);
+    LogAccess(sql);
+    Notify(sql, kDbExecFailed, status, errorMessage);
+    return kDbExecFailed;
+}
+
 int CdDBConnection_PG::ExecStreamed(const char* sql, const char* param, const char* const* paramArray,
                                      int paramCount, long long start) {
-    std::vector<const char*> values;
-    if (param) values.push_back(param);
-    for (int i = 0; paramArray && i < paramCount; ++i)
-        values.push_back(paramArray[i] && *paramArray[i] ? paramArray[i] : nullptr);
+    const std::vector<const char*> values = BoundValues(param, paramArray, paramCount);
     streamError = 0;
     pg_result* first = nullptr;
     if (PQsendQueryParams(conn.get(), sql, static_cast<int>(values.size()), nullptr,
@@ -456,11 +464,7 @@ int CdDBConnection_PG::ExecStreamed(const char* sql, const char* param, const ch
         if (!first) streaming = false;
     }
     if (!first) {
-        TraceStatement(sql, param, start);
-        FillError(nullptr);
-        LogAccess(sql);
-        Notify(sql, kDbExecFailed, status, errorMessage);
-        return kDbExecFailed;
+        return FailWithoutResult(sql, param, start);
     }
     const int firstStatus = PQresultStatus(first);
     if (firstStatus == PGRES_SINGLE_TUPLE || firstStatus == PGRES_TUPLES_OK) {

@@ -48,4 +48,6 @@ private:
     void FillConnectError(pg_conn* failed);
     void LogAccess(const char* sql) const;
     void TraceStatement(const char* sql, const char* param, long long startMillis) const;
+    // A statement that brought no result at all: traced, reported, -1006.
+    int FailWithoutResult(const char* sql, const char* param, long long start);
 };
