@@ -289,6 +289,8 @@ long long StatusRewrite(const std::string& path, const std::string& backup, cons
     for (; made < count; ++made) {
         FILE* out = std::fopen(backup.c_str(), "w");
         if (!out) break;
+        // Unbuffered as the run writes it: one write, no buffer, no stat.
+        std::setvbuf(out, nullptr, _IONBF, 0);
         std::fputs(text.c_str(), out);
         std::fclose(out);
         std::rename(backup.c_str(), path.c_str());

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
-#include <vector>
 
 #include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvLib/cmsbase/CMSioObjApp.h"
@@ -43,10 +42,12 @@ int32_t ConvDBEntry::AddColumnValue(const char* name, const char* value, uint32_
             values += '$';
             values += std::to_string(paramCount);
         } else {
-            std::vector<char> escaped(length * 2 + 1);
-            EscapeLiteral(value, escaped.data(), nullptr, '\0');
+            // Escaped in place: a quote doubles, so the text needs at most twice its length.
             values += '\'';
-            values += escaped.data();
+            const std::size_t at = values.size();
+            values.resize(at + length * 2 + 1);
+            EscapeLiteral(value, values.data() + at, nullptr, '\0');
+            values.resize(at + std::strlen(values.data() + at));
             values += '\'';
         }
         if (updateMode) {
