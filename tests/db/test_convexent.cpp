@@ -91,11 +91,7 @@ protected:
     }
     void Query(const std::string& name, const std::string& text) { WriteFile(dir_ / ("sql/sch/" + name + ".sql"), text); }
     std::string Value(const std::string& sql) { return TestCluster().QueryValue(kDb, sql).value_or("<null>"); }
-    std::vector<std::string> UserLog() const {
-        std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/log/sch.log"))) out.push_back(StripStamp(line));
-        return out;
-    }
+    std::vector<std::string> UserLog() const { return LogLines(dir_ / "conv/log/sch.log"); }
     std::string LastStatusMessage() const {
         std::string last;
         for (const std::string& line : Lines(ReadFile(dir_ / "conv/sch.sts")))
