@@ -94,6 +94,24 @@ std::string ClosedPort() {
     return std::to_string(port);
 }
 
+std::vector<std::string> LogLines(const std::string& path) {
+    std::vector<std::string> out;
+    for (const std::string& line : Lines(ReadFile(path))) out.push_back(StripStamp(line));
+    return out;
+}
+
+std::vector<std::string> StatusValues(const std::string& path, const std::string& name) {
+    std::vector<std::string> out;
+    for (const std::string& line : Lines(ReadFile(path)))
+        if (line.rfind(name + "=", 0) == 0) out.push_back(line.substr(name.size() + 1));
+    return out;
+}
+
+std::string StatusValue(const std::string& path, const std::string& name) {
+    const std::vector<std::string> values = StatusValues(path, name);
+    return values.empty() ? "<none>" : values.front();
+}
+
 bool IsDigits(const std::string& text, std::size_t count) {
     if (text.size() != count) return false;
     for (char c : text)

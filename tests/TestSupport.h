@@ -52,6 +52,12 @@ std::string ClosedPort();
 
 // Strips the "YYYY/MM/DD hh:mm:ss.mmm " stamp of a log line; empty when the stamp is missing.
 std::string StripStamp(const std::string& line);
+// The lines of a log file with their stamps stripped.
+std::vector<std::string> LogLines(const std::string& path);
+// The values of every "name=" line of a status file, in order.
+std::vector<std::string> StatusValues(const std::string& path, const std::string& name);
+// The first of them, or "<none>".
+std::string StatusValue(const std::string& path, const std::string& name);
 // True when text is exactly count decimal digits (a stamp such as 20040101120000).
 bool IsDigits(const std::string& text, std::size_t count);
 // Decodes hexadecimal text.

@@ -64,11 +64,7 @@ std::string Roots(ConvApp& app) {
     return source + " -> " + target;
 }
 
-std::vector<std::string> UserLog(const std::string& root) {
-    std::vector<std::string> out;
-    for (const std::string& line : Lines(ReadFile(root + "/conv/log/sch.log"))) out.push_back(StripStamp(line));
-    return out;
-}
+std::vector<std::string> UserLog(const std::string& root) { return LogLines(root + "/conv/log/sch.log"); }
 
 }  // namespace
 

@@ -42,18 +42,7 @@ struct AppRun {
     StandInApp app;
 };
 
-std::vector<std::string> Values(const std::string& content, const std::string& name) {
-    std::vector<std::string> out;
-    for (const std::string& line : Lines(content))
-        if (line.rfind(name + "=", 0) == 0) out.push_back(line.substr(name.size() + 1));
-    return out;
-}
-
-std::vector<std::string> UserLog(const std::string& root) {
-    std::vector<std::string> out;
-    for (const std::string& line : Lines(ReadFile(root + "/conv/log/sch.log"))) out.push_back(StripStamp(line));
-    return out;
-}
+std::vector<std::string> UserLog(const std::string& root) { return LogLines(root + "/conv/log/sch.log"); }
 
 std::vector<std::string> Trace(const std::string& path) {
     TraceLog log = ReadTrace(path);
@@ -98,10 +87,10 @@ TEST(ConvApp, FunctionsLeaveOneMessageEachAndRunEndsWithZero) {
         AppRun run(dir.Path());
         ConvApp& app = run.app;
         ASSERT_EQ(app.Init(kLabel), 0);
-        std::string status = ReadFile(dir / "conv/sch.sts");
-        EXPECT_EQ(Values(status, "status"), std::vector<std::string>{"1"});
-        EXPECT_TRUE(IsDigits(Values(status, "sdate").at(0), 14));
-        EXPECT_EQ(Values(status, "edate"), std::vector<std::string>{""});
+        const std::string status = dir / "conv/sch.sts";
+        EXPECT_EQ(StatusValues(status, "status"), std::vector<std::string>{"1"});
+        EXPECT_TRUE(IsDigits(StatusValues(status, "sdate").at(0), 14));
+        EXPECT_EQ(StatusValues(status, "edate"), std::vector<std::string>{""});
 
         app.PutMessage("", 10, 0, 0);
         app.PutMessage("", 11, 0, 0);
@@ -109,15 +98,15 @@ TEST(ConvApp, FunctionsLeaveOneMessageEachAndRunEndsWithZero) {
         app.PutMessage("", 12, 0, 0);
         app.PutMessage("スケジュール", 3, 0, 0);
         app.PutMessage(nullptr, 4, 10, 5);
-        EXPECT_EQ(Values(ReadFile(dir / "conv/sch.sts"), "dispmsg").back(), "スケジュール 10件中5件が移行済みです。");
+        EXPECT_EQ(StatusValues(dir / "conv/sch.sts", "dispmsg").back(), "スケジュール 10件中5件が移行済みです。");
         app.PutMessage(nullptr, 6, 10, 2);
         app.SetFunction("議事録", true);
         ASSERT_EQ(app.End(), 0);
     }
-    std::string status = ReadFile(dir / "conv/sch.sts");
-    EXPECT_EQ(Values(status, "status"), std::vector<std::string>{"0"});
-    EXPECT_TRUE(IsDigits(Values(status, "edate").at(0), 14));
-    EXPECT_EQ(Values(status, "dispmsg"),
+    const std::string status = dir / "conv/sch.sts";
+    EXPECT_EQ(StatusValues(status, "status"), std::vector<std::string>{"0"});
+    EXPECT_TRUE(IsDigits(StatusValues(status, "edate").at(0), 14));
+    EXPECT_EQ(StatusValues(status, "dispmsg"),
               (std::vector<std::string>{
                   "スケジュール、設備予約機能の移行を終了しました。スケジュールは10件移行しました。(成功：8 失敗：2)",
                   "議事録機能の移行を終了しました。"}));
@@ -149,7 +138,7 @@ TEST(ConvApp, FinalStatusByWarningsAndFailures) {
             EXPECT_EQ(run.app.StatusWord(), 0);
             run.app.End();
         }
-        EXPECT_EQ(Values(ReadFile(dir / "conv/sch.sts"), "status"), std::vector<std::string>{"2"});
+        EXPECT_EQ(StatusValues(dir / "conv/sch.sts", "status"), std::vector<std::string>{"2"});
     }
     {
         // A negative code: "3", and the function isn't closed with its summary.
@@ -161,9 +150,9 @@ TEST(ConvApp, FinalStatusByWarningsAndFailures) {
             run.app.ReportError(-1006, "t", 1, false, nullptr, nullptr);
             run.app.End();
         }
-        std::string status = ReadFile(dir / "conv/sch.sts");
-        EXPECT_EQ(Values(status, "status"), std::vector<std::string>{"3"});
-        EXPECT_EQ(Values(status, "dispmsg").back(), "移行を中断しました。");
+        const std::string status = dir / "conv/sch.sts";
+        EXPECT_EQ(StatusValues(status, "status"), std::vector<std::string>{"3"});
+        EXPECT_EQ(StatusValues(status, "dispmsg").back(), "移行を中断しました。");
     }
 }
 
@@ -281,7 +270,7 @@ TEST(ConvApp, FunctionStartedWithoutLabelDropsTheLastSummary) {
         run.app.SetFunction("", true);  // an empty label is no label
         run.app.End();
     }
-    EXPECT_EQ(Values(ReadFile(dir / "conv/sch.sts"), "dispmsg"),
+    EXPECT_EQ(StatusValues(dir / "conv/sch.sts", "dispmsg"),
               (std::vector<std::string>{
                   "スケジュール、設備予約機能の移行を終了しました。スケジュールは4件移行しました。(成功：4 失敗：0)",
                   "スケジュール、設備予約機能の移行を終了しました。"}));
@@ -303,7 +292,7 @@ TEST(ConvApp, StartRotatesLogsAndCleanModeHasNoUserLog) {
     EXPECT_EQ(ReadFile(dir / "conv/log/sch_clean_trace_back.log"), "clean 2\n");
     EXPECT_EQ(ReadFile(dir / "conv/log/sch.log"), "run 2\n");  // the create logs are left alone
     EXPECT_EQ(Trace(dir / "conv/log/sch_clean_trace.log").back(), "[src:1] [ret=-5]  [msg=only traced]");
-    EXPECT_EQ(Values(ReadFile(dir / "conv/sch_clean.sts"), "status"), std::vector<std::string>{"3"});
+    EXPECT_EQ(StatusValues(dir / "conv/sch_clean.sts", "status"), std::vector<std::string>{"3"});
 
     {
         AppRun run(dir.Path(), "create");

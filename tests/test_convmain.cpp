@@ -28,12 +28,6 @@ std::vector<std::string> ExpectTraceDecodes(const std::string& path) {
     return log.reports;
 }
 
-std::string StatusValue(const std::string& content, const std::string& name) {
-    for (const std::string& line : Lines(content))
-        if (line.rfind(name + "=", 0) == 0) return line.substr(name.size() + 1);
-    return "<none>";
-}
-
 }  // namespace
 
 TEST(ConvMain, FourteenArgumentsPrintTwoMessagesAndTouchNothing) {
@@ -59,7 +53,7 @@ TEST(ConvMain, FailedStartEndsWithStatusThreeRotatedLogsAndHexTrace) {
     EXPECT_EQ(r.status, 253);
     EXPECT_EQ(r.out, "");
 
-    std::string status = ReadFile(dir / "conv/sch.sts");
+    const std::string status = dir / "conv/sch.sts";
     EXPECT_EQ(StatusValue(status, "status"), "3");
     EXPECT_TRUE(IsDigits(StatusValue(status, "sdate"), 14));
     EXPECT_TRUE(IsDigits(StatusValue(status, "edate"), 14));
@@ -67,8 +61,7 @@ TEST(ConvMain, FailedStartEndsWithStatusThreeRotatedLogsAndHexTrace) {
 
     EXPECT_EQ(ReadFile(dir / "conv/log/sch_back.log"), "old user log\n");
     EXPECT_EQ(ReadFile(dir / "conv/log/sch_trace_back.log"), "old trace\n");
-    std::vector<std::string> userLines;
-    for (const std::string& line : Lines(ReadFile(dir / "conv/log/sch.log"))) userLines.push_back(StripStamp(line));
+    const std::vector<std::string> userLines = LogLines(dir / "conv/log/sch.log");
     EXPECT_NE(std::find(userLines.begin(), userLines.end(), "[ERR] バッチプログラムを開始することができませんでした。"),
               userLines.end());
     EXPECT_EQ(userLines.back(), "[INFO] 移行を中断しました。");
@@ -113,8 +106,8 @@ TEST(ConvMain, CleanModeWritesItsOwnStatusAndTraceButNoUserLog) {
     Args args(RunArgs(dir.Path(), "Create", ClosedPort()));  // any word but "create" cleans
     ChildResult r = RunInChild(RunProgram, &args);
     EXPECT_EQ(r.status, 253);
-    EXPECT_EQ(StatusValue(ReadFile(dir / "conv/sch_clean.sts"), "status"), "3");
-    EXPECT_EQ(StatusValue(ReadFile(dir / "conv/sch_clean.sts"), "dispmsg"), "<none>");
+    EXPECT_EQ(StatusValue(dir / "conv/sch_clean.sts", "status"), "3");
+    EXPECT_EQ(StatusValue(dir / "conv/sch_clean.sts", "dispmsg"), "<none>");
     EXPECT_TRUE(Exists(dir / "conv/log/sch_clean_trace.log"));
     EXPECT_FALSE(Exists(dir / "conv/log/sch.log"));
     EXPECT_FALSE(Exists(dir / "conv/sch.sts"));

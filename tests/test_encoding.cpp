@@ -367,21 +367,3 @@ TEST(EucToUtf8StreamTest, PartsConvertExactlyAsTheWhole) {
         }
     }
 }
-
-// Long real text cut into pieces of the record reader's size.
-TEST(EucToUtf8StreamTest, LongTextInReaderPiecesMatchesTheWhole) {
-    std::string utf8;
-    for (int i = 0; i < 600; ++i) utf8 += "会議室ﾌﾟﾛｼﾞｪｸﾄ予定 No." + std::to_string(i) + "\n";
-    std::vector<char> jis(4 * utf8.size() + 4);
-    comUtf8ToJis(utf8.c_str(), jis.data());
-    std::vector<char> euc(4 * std::strlen(jis.data()) + 4);
-    comJisToEuc(jis.data(), euc.data());
-    const std::string text = euc.data();
-    ASSERT_EQ(Whole(text), utf8);
-    EucToUtf8Stream stream;
-    std::string decided;
-    for (std::size_t pos = 0; pos < text.size(); pos += 2047)
-        stream.Feed(text.data() + pos, std::min<std::size_t>(2047, text.size() - pos), decided);
-    stream.Peek(decided);
-    EXPECT_EQ(decided, utf8);
-}

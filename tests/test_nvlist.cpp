@@ -31,15 +31,15 @@ void Fill(NUNVList& list, std::initializer_list<std::pair<const char*, const cha
 
 }  // namespace
 
-TEST(NUNVListTest, GrowsByDoublingAndKeepsOrder) {
+// Past the first block of 128 entries nothing is lost or reordered.
+TEST(NUNVListTest, KeepsOrderAcrossGrowth) {
     NUNVList list;
-    EXPECT_EQ(list.GetCapacity(), 128);
     std::vector<std::string> names;
     for (int i = 0; i < 129; ++i) names.push_back("n" + std::to_string(i));
     for (const std::string& name : names) ASSERT_EQ(list.AddText(name.c_str(), "v"), 0);
-    EXPECT_EQ(list.GetCapacity(), 256);
     EXPECT_EQ(Names(list), names);
-    EXPECT_EQ(NUNVList(0).GetCapacity(), 128);
+    NUNVList none(0);  // a capacity of 0 still grows
+    EXPECT_EQ(none.AddText("a", "v"), 0);
 }
 
 TEST(NUNVListTest, RepeatedNamesAndLookups) {

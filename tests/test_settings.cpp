@@ -31,19 +31,6 @@ protected:
     char savedLog[1024] = {};
 };
 
-TEST_F(SettingsTest, DefaultsWithoutFile) {
-    EXPECT_EQ(LoadSettings(root.c_str()), 0);
-    EXPECT_EQ(std::string(GetRootDir()), root + "/");
-    EXPECT_EQ(std::string(GetDataDir()), root + "/data/");
-    EXPECT_EQ(std::string(GetFileDir()), root + "/file/");
-    EXPECT_EQ(std::string(GetMailDataDir()), root + "/wmldata/");
-    EXPECT_EQ(GetCorporateId(), 1);
-    EXPECT_EQ(GetDirUnit(), 1000);
-    EXPECT_STREQ(GetDbHost(), "localhost");
-    EXPECT_STREQ(GetImageRoot(), "/qkivres/images/");
-    EXPECT_STREQ(GetErrorDetail(), "");
-}
-
 TEST_F(SettingsTest, NoObjectGivesSafeAnswers) {
     ReleaseSettings();
     EXPECT_EQ(GetSettingsObject(), nullptr);

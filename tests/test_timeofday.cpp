@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "MakeConvEToKiv/convagent/kiv_pragent.h"
 #include "MakeConvEToKiv/convplant/ShiftTimeOfDay.h"
@@ -13,21 +14,14 @@ std::string Shift(const char* hhmm) {
     return ShiftTimeOfDay(hhmm, out) == 0 ? out : "<refused:" + out + ">";
 }
 
-TEST(ShiftTimeOfDay, LosesTheChangeOfDay) {
-    EXPECT_EQ(Shift("0900"), "0000");
-    EXPECT_EQ(Shift("0800"), "2300");
-    EXPECT_EQ(Shift("1000"), "0100");
-    EXPECT_EQ(Shift("0030"), "1530");
-    EXPECT_EQ(Shift("2400"), "1500");
-    EXPECT_EQ(Shift("0000"), "1500");
-}
-
-TEST(ShiftTimeOfDay, RefusesWhatMakesABadStamp) {
-    EXPECT_EQ(Shift(""), "<refused:<untouched>>");
-    EXPECT_EQ(Shift(nullptr), "<refused:<untouched>>");
-    EXPECT_EQ(Shift("900"), "<refused:<untouched>>");  // never padded here
-    EXPECT_EQ(Shift("09000"), "<refused:<untouched>>");
-    EXPECT_EQ(Shift("9:00"), "<refused:<untouched>>");
+// The change of day is lost; anything but four digits is refused untouched.
+TEST(ShiftTimeOfDay, LosesTheChangeOfDayAndRefusesBadStamps) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"0900", "0000"}, {"0800", "2300"}, {"1000", "0100"}, {"0030", "1530"}, {"2400", "1500"}, {"0000", "1500"},
+        {"", "<refused:<untouched>>"}, {nullptr, "<refused:<untouched>>"}, {"900", "<refused:<untouched>>"},
+        {"09000", "<refused:<untouched>>"}, {"9:00", "<refused:<untouched>>"},
+    };
+    for (const auto& [in, want] : cases) EXPECT_EQ(Shift(in), want) << (in ? in : "(null)");
 }
 
 TEST(ShiftDateAndTime, ShiftsBothAndCrossesTheMonth) {

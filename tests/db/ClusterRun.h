@@ -15,24 +15,26 @@
 #include "TestSupport.h"
 #include "database/CdDBConnection.h"
 
-// The application with both of its connections on the database.
+// The application with its working connection on ent and its target connection
+// on kiv (on ent as well when kiv is empty).
 class ClusterApp : public ConvApp {
 public:
-    ClusterApp(int argc, char** argv, std::string db) : ConvApp(argc, argv, "sch"), db_(std::move(db)) {}
+    ClusterApp(int argc, char** argv, std::string ent, std::string kiv = "")
+        : ConvApp(argc, argv, "sch"), ent_(std::move(ent)), kiv_(kiv.empty() ? ent_ : std::move(kiv)) {}
     int32_t OpenDatabases() override {
         int32_t ret = CreateConnections();
         const PgCluster& pg = TestCluster();
-        for (CdDBConnection* c : {entConnection_.get(), kivConnection_.get()}) {
-            if (ret == 0) {
-                ret = c->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), db_.c_str(),
+        for (auto [c, db] : {std::pair{entConnection_.get(), &ent_}, std::pair{kivConnection_.get(), &kiv_}}) {
+            if (ret == 0)
+                ret = c->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), db->c_str(),
                                  pg.PortText().c_str(), -1);
-            }
         }
         return ret;
     }
 
 private:
-    std::string db_;
+    std::string ent_;
+    std::string kiv_;
 };
 
 class ClusterRunTest : public ::testing::Test {
@@ -59,12 +61,7 @@ protected:
     }
     std::string Value(const std::string& sql) { return TestCluster().QueryValue(db_, sql).value_or("<null>"); }
 
-    std::vector<std::string> UserLog() const {
-        std::vector<std::string> out;
-        for (const std::string& line : testsupport::Lines(testsupport::ReadFile(dir_ / "conv/log/sch.log")))
-            out.push_back(testsupport::StripStamp(line));
-        return out;
-    }
+    std::vector<std::string> UserLog() const { return testsupport::LogLines(dir_ / "conv/log/sch.log"); }
     bool UserLogHas(const std::string& line) const {
         const std::vector<std::string> log = UserLog();
         return std::find(log.begin(), log.end(), line) != log.end();

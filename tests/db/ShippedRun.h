@@ -25,6 +25,20 @@ inline void PrepareShippedRun(const std::string& root, const std::string& ent, c
     ASSERT_EQ(std::system(("cp -r " + source + "/sql/sch " + root + "/sql/").c_str()), 0);
 }
 
+// The rows of a query on db, cells joined by "|", NULL as "-".
+inline std::vector<std::string> RowLines(const std::string& db, const std::string& sql) {
+    PgCluster::Rows rows;
+    std::string error;
+    EXPECT_TRUE(TestCluster().Query(db, sql, &rows, &error)) << error;
+    std::vector<std::string> out;
+    for (const auto& row : rows) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) line += (i ? "|" : "") + row[i].value_or("-");
+        out.push_back(line);
+    }
+    return out;
+}
+
 // A run in mode over store and target, with both databases on the test cluster.
 inline std::vector<std::string> ClusterRunArgs(const std::string& root, const std::string& mode,
                                                const std::string& store, const std::string& target,

@@ -13,6 +13,7 @@
 
 #include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
 #include "PgCluster.h"
+#include "ShippedRun.h"
 #include "TestSupport.h"
 #include "database/CdDBConnection.h"
 
@@ -47,16 +48,8 @@ protected:
           app_(args_.Argc(), args_.Argv(), ent_, kiv_) {}
 
     void SetUp() override {
-        const std::string source = CONV_SOURCE_DIR;
-        testsupport::MakeDirs(dir_ / "conv/log");
-        testsupport::MakeDirs(dir_ / "sql");
+        ASSERT_NO_FATAL_FAILURE(PrepareShippedRun(dir_.Path(), ent_, kiv_));
         testsupport::MakeDirs(dir_ / "store/data");
-        ASSERT_EQ(std::system(("cp -r " + source + "/sql/sch " + dir_.Path() + "/sql/").c_str()), 0);
-        std::string error;
-        ASSERT_TRUE(TestCluster().CreateDatabase(ent_, &error)) << error;
-        ASSERT_TRUE(TestCluster().CreateDatabase(kiv_, &error)) << error;
-        ASSERT_TRUE(TestCluster().Exec(ent_, testsupport::ReadFile(source + "/schema/ent.sql"), &error)) << error;
-        ASSERT_TRUE(TestCluster().Exec(kiv_, testsupport::ReadFile(source + "/schema/kiv.sql"), &error)) << error;
         ASSERT_EQ(app_.Init("label"), 0);
     }
     void TearDown() override { app_.End(); }
@@ -83,12 +76,7 @@ protected:
     std::string EntRows(const std::string& sql) { return Rows(ent_, sql); }
     std::string KivRows(const std::string& sql) { return Rows(kiv_, sql); }
 
-    std::vector<std::string> UserLog() const {
-        std::vector<std::string> out;
-        for (const std::string& line : testsupport::Lines(testsupport::ReadFile(dir_ / "conv/log/sch.log")))
-            out.push_back(testsupport::StripStamp(line));
-        return out;
-    }
+    std::vector<std::string> UserLog() const { return testsupport::LogLines(dir_ / "conv/log/sch.log"); }
     // The user-log lines that contain text.
     std::vector<std::string> LogWith(const std::string& text) const {
         std::vector<std::string> out;
@@ -96,6 +84,7 @@ protected:
             if (line.find(text) != std::string::npos) out.push_back(line);
         return out;
     }
+    bool LogHas(const std::string& text) const { return !LogWith(text).empty(); }
 
     std::string ent_;
     std::string kiv_;

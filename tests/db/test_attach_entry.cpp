@@ -60,30 +60,11 @@ TEST_F(AttachEntryTest, RowGoesInAndItsFileFollowsUnderTheTargetName) {
     WriteFile(Source("7/7"), "seven");
     ConvRow row = Row("7", "7", "議事録");
     EXPECT_EQ(writer.Entry("t_attach", row), 0);
-    // "logtitle" is the copy's title, not a column.
-    EXPECT_EQ(writer.GetCopyTitle(), "議事録");
+    // "logtitle" names the copy in reports; it is no column.
     EXPECT_EQ(writer.GetSql(), "INSERT INTO t_attach (sid_corporate,id,filename) VALUES (1,7,'attach00007')");
     EXPECT_EQ(Value("SELECT filename FROM t_attach WHERE id=7"), "attach00007");
     EXPECT_EQ(ReadFile(Target("7/attach00007")), "seven");
-
-    // Without renaming, a name stored on disk in Shift_JIS is found from its
-    // UTF-8 form and lands under the UTF-8 name.
-    writer.SetRenameToAttach(false);
-    WriteFile(Source("8/\x89\xEF\x8B\x63\x8E\x91\x97\xBF.pdf"), "minutes");
-    ConvRow second = Row("8", "会議資料.pdf", nullptr);
-    EXPECT_EQ(writer.Entry("t_attach", second), 0);
-    EXPECT_EQ(ReadFile(Target("8/会議資料.pdf")), "minutes");
     EXPECT_EQ(app_.StatusWord(), 0);
-}
-
-TEST_F(AttachEntryTest, MissingFileWarnsAndTheRowStays) {
-    FileRowWriter writer(&app_, kiv_);
-    ConvRow row = Row("9", "lost.txt", "議題資料");
-    EXPECT_EQ(writer.Entry("t_attach", row), 1);
-    EXPECT_EQ(Value("SELECT filename FROM t_attach WHERE id=9"), "lost.txt");
-    EXPECT_EQ(app_.StatusWord(), 1);
-    EXPECT_TRUE(UserLogHas("[WARN] 添付ファイルの複写に失敗しました。Name=[議題資料] From=[" + Source("9/lost.txt") +
-                           "] To=[" + Target("9/lost.txt") + "] エラー詳細[No such file or directory]"));
 }
 
 TEST_F(AttachEntryTest, DiskFullIsAnErrorThatStopsTheTableWithTheRowWritten) {

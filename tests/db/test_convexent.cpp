@@ -91,16 +91,10 @@ protected:
     }
     void Query(const std::string& name, const std::string& text) { WriteFile(dir_ / ("sql/sch/" + name + ".sql"), text); }
     std::string Value(const std::string& sql) { return TestCluster().QueryValue(kDb, sql).value_or("<null>"); }
-    std::vector<std::string> UserLog() const {
-        std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/log/sch.log"))) out.push_back(StripStamp(line));
-        return out;
-    }
+    std::vector<std::string> UserLog() const { return LogLines(dir_ / "conv/log/sch.log"); }
     std::string LastStatusMessage() const {
-        std::string last;
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/sch.sts")))
-            if (line.rfind("dispmsg=", 0) == 0) last = line.substr(8);
-        return last;
+        const std::vector<std::string> all = StatusValues(dir_ / "conv/sch.sts", "dispmsg");
+        return all.empty() ? "" : all.back();
     }
 
     static constexpr const char* kDb = "convexent_test";

@@ -40,14 +40,9 @@ protected:
         dir_ = nullptr;
     }
 
-    static std::vector<std::string> UserLog() {
-        std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(*dir_ / "conv/log/sch.log"))) out.push_back(StripStamp(line));
-        return out;
-    }
     static std::vector<std::string> LogLinesWith(const std::string& tag) {
         std::vector<std::string> out;
-        for (const std::string& line : UserLog())
+        for (const std::string& line : LogLines(*dir_ / "conv/log/sch.log"))
             if (line.rfind(tag, 0) == 0) out.push_back(line);
         return out;
     }
@@ -63,10 +58,7 @@ ChildResult* ExampleRun::result_ = nullptr;
 TEST_F(ExampleRun, EndsWithWarningsAndEveryDocumentedFaultHasItsLine) {
     ASSERT_NE(result_, nullptr);
     EXPECT_EQ(result_->status, 0) << result_->out;
-    std::string status = "<none>";
-    for (const std::string& line : Lines(ReadFile(*dir_ / "conv/sch.sts")))
-        if (line.rfind("status=", 0) == 0) status = line.substr(7);
-    EXPECT_EQ(status, "2");
+    EXPECT_EQ(StatusValue(*dir_ / "conv/sch.sts", "status"), "2");
 
     const std::string store = kSource + "/examples/store/";
     const std::string target = *dir_ / "target/file/1/";

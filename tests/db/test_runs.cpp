@@ -51,11 +51,7 @@ protected:
         return TestCluster().QueryValue(db, sql).value_or("<null>");
     }
 
-    std::string Status(const std::string& file) {
-        for (const std::string& line : Lines(ReadFile(root + "/conv/" + file)))
-            if (line.rfind("status=", 0) == 0) return line.substr(7);
-        return "<none>";
-    }
+    std::string Status(const std::string& file) { return StatusValue(root + "/conv/" + file, "status"); }
 
     std::vector<std::string> Names(const std::string& path) {
         std::vector<std::string> names;
@@ -189,8 +185,7 @@ TEST_F(RunFixture, CreateRunWithoutMessageFilesGoesOnAndEndsWithZero) {
     ChildResult r = Run(Arguments("create"));
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(Status("sch.sts"), "0");
-    std::vector<std::string> log;
-    for (const std::string& line : Lines(ReadFile(root + "/conv/log/sch.log"))) log.push_back(StripStamp(line));
+    const std::vector<std::string> log = LogLines(root + "/conv/log/sch.log");
     ASSERT_FALSE(log.empty());
     EXPECT_EQ(log.front(), "[INFO] スケジュール、設備予約、議事録、来訪者管理機能の移行の前準備を開始します。");
     // The last function closes with its last counted table.

@@ -141,17 +141,13 @@ protected:
         }
         return out;
     }
-    std::vector<std::string> LogLines(const std::string& part) const {
+    std::vector<std::string> LogLinesWith(const std::string& part) const {
         std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/log/sch.log")))
-            if (line.find(part) != std::string::npos) out.push_back(StripStamp(line));
+        for (const std::string& line : LogLines(dir_ / "conv/log/sch.log"))
+            if (line.find(part) != std::string::npos) out.push_back(line);
         return out;
     }
-    std::string Status() const {
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/sch.sts")))
-            if (line.rfind("status=", 0) == 0) return line.substr(7);
-        return "<none>";
-    }
+    std::string Status() const { return StatusValue(dir_ / "conv/sch.sts", "status"); }
 
     TempDir dir_;
 };
@@ -207,12 +203,12 @@ TEST_P(SchEndToEnd, SchedulesArriveInUtcWithTheirFilesWhateverTheHostZone) {
     EXPECT_EQ(ReadFile(target + "資料.pdf"), std::string("%PDF\0\x01\xff", 7));
     EXPECT_EQ(Kiv("SELECT SID_ATTACH, filename FROM TT_ATTACH_SCHEDULE ORDER BY 1"),
               (std::vector<std::string>{"1|議事録.txt", "2|資料.pdf", "3|gone.txt"}));
-    EXPECT_EQ(LogLines("[WARN] 添付ファイルの複写に失敗しました。Name=[gone]").size(), 1u);
+    EXPECT_EQ(LogLinesWith("[WARN] 添付ファイルの複写に失敗しました。Name=[gone]").size(), 1u);
     // The records left out by stage A are reported and copy nothing.
-    EXPECT_EQ(LogLines("開始日付[20120230]が不正ですが処理を続行しました。").size(), 1u);
-    EXPECT_EQ(LogLines("数値型の項目に文字列が指定されたため、登録を行いませんでした。field=[iconno] value=[abc]").size(),
+    EXPECT_EQ(LogLinesWith("開始日付[20120230]が不正ですが処理を続行しました。").size(), 1u);
+    EXPECT_EQ(LogLinesWith("数値型の項目に文字列が指定されたため、登録を行いませんでした。field=[iconno] value=[abc]").size(),
               1u);
-    EXPECT_EQ(LogLines("[memo]の値が桁数オーバーとなるため、[2047]文字でカットして登録しました。").size(), 1u);
+    EXPECT_EQ(LogLinesWith("[memo]の値が桁数オーバーとなるため、[2047]文字でカットして登録しました。").size(), 1u);
     EXPECT_FALSE(Exists(dir_ / "target/file/1/schedule/60"));
 }
 

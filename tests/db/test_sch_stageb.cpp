@@ -7,13 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "MakeConvEToKiv/convcom/ConvApp.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchMaster.h"
 #include "MakeConvEToKiv/convsch/ConvExEntSchSchedule.h"
 #include "MakeConvLib/iofcom/CMSioObjMsg.h"
-#include "PgCluster.h"
-#include "TestSupport.h"
-#include "database/CdDBConnection.h"
+#include "ClusterRun.h"
+#include "ShippedRun.h"
 
 using namespace testsupport;
 
@@ -23,39 +21,13 @@ const std::string kSource = CONV_SOURCE_DIR;
 constexpr const char* kEnt = "schb_ent";
 constexpr const char* kKiv = "schb_kiv";
 
-// The application with its working connection on one database and its target
-// connection on the other.
-class TwoDbApp : public ConvApp {
-public:
-    TwoDbApp(int argc, char** argv) : ConvApp(argc, argv, "sch") {}
-    int32_t OpenDatabases() override {
-        int32_t ret = CreateConnections();
-        const PgCluster& pg = TestCluster();
-        if (ret == 0)
-            ret = entConnection_->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), kEnt,
-                                          pg.PortText().c_str(), -1);
-        if (ret == 0)
-            ret = kivConnection_->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), kKiv,
-                                          pg.PortText().c_str(), -1);
-        return ret;
-    }
-};
-
 class SchStageBTest : public ::testing::Test {
 protected:
     SchStageBTest()
-        : args_(RunArgs(dir_.Path(), "create", TestCluster().PortText())), app_(args_.Argc(), args_.Argv()) {}
+        : args_(RunArgs(dir_.Path(), "create", TestCluster().PortText())), app_(args_.Argc(), args_.Argv(), kEnt, kKiv) {}
 
     void SetUp() override {
-        MakeDirs(dir_ / "conv/log");
-        MakeDirs(dir_ / "sql");
-        ASSERT_EQ(system(("cp -r " + kSource + "/sql/sch " + dir_.Path() + "/sql/").c_str()), 0);
-        PgCluster& pg = TestCluster();
-        std::string error;
-        ASSERT_TRUE(pg.CreateDatabase(kEnt, &error)) << error;
-        ASSERT_TRUE(pg.CreateDatabase(kKiv, &error)) << error;
-        ASSERT_TRUE(pg.Exec(kEnt, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
-        ASSERT_TRUE(pg.Exec(kKiv, ReadFile(kSource + "/schema/kiv.sql"), &error)) << error;
+        ASSERT_NO_FATAL_FAILURE(PrepareShippedRun(dir_.Path(), kEnt, kKiv));
         // The installation's settings, messages and tag template.
         ASSERT_EQ(system(("cp -r " + kSource + "/examples/target " + dir_.Path() + "/target").c_str()), 0);
         ASSERT_EQ(app_.Init("label"), 0);
@@ -67,22 +39,7 @@ protected:
         std::string error;
         ASSERT_TRUE(TestCluster().Exec(kEnt, sql, &error)) << error;
     }
-    // The rows of a query on the target, cells joined by "|", NULL as "-".
-    std::vector<std::string> Kiv(const std::string& sql) {
-        PgCluster::Rows rows;
-        std::string error;
-        EXPECT_TRUE(TestCluster().Query(kKiv, sql, &rows, &error)) << error;
-        std::vector<std::string> out;
-        for (const auto& row : rows) {
-            std::string line;
-            for (std::size_t i = 0; i < row.size(); ++i) {
-                if (i) line += "|";
-                line += row[i] ? *row[i] : "-";
-            }
-            out.push_back(line);
-        }
-        return out;
-    }
+    std::vector<std::string> Kiv(const std::string& sql) { return RowLines(kKiv, sql); }
     template <class Conv>
     int32_t Run() {
         Conv conv(&app_, false);
@@ -91,8 +48,8 @@ protected:
     // The user log's lines that contain part.
     std::vector<std::string> LogLines(const std::string& part) const {
         std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/log/sch.log")))
-            if (line.find(part) != std::string::npos) out.push_back(StripStamp(line));
+        for (const std::string& line : testsupport::LogLines(dir_ / "conv/log/sch.log"))
+            if (line.find(part) != std::string::npos) out.push_back(line);
         return out;
     }
     std::string Source(const std::string& rest) const { return dir_ / ("store/file/1/" + rest); }
@@ -100,7 +57,7 @@ protected:
 
     TempDir dir_;
     Args args_;
-    TwoDbApp app_;
+    ClusterApp app_;
 };
 
 // Columns of a user's entry: owner, id, dates, times, repeat, week days, event.

@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
 #include "MakeConvSToKiv/convstdcom/ConvDBEntryStd.h"
 #include "MakeConvSToKiv/convstdcom/ConvDBEntryStdAcc.h"
 #include "MakeConvSToKiv/convstdcom/ConvDBEntryStdAttach.h"
@@ -17,68 +16,27 @@
 #include "MakeConvSToKiv/convstdcom/ConvExStdStackIndex.h"
 #include "MakeConvSToKiv/convstdplant/ConvExStdPlantManage.h"
 #include "MakeConvSToKiv/mainconvsch/ConvBatSchStd.h"
-#include "PgCluster.h"
-#include "TestSupport.h"
-#include "database/CdDBConnection.h"
+#include "StdRun.h"
 
 using namespace testsupport;
 
 namespace {
 
 const std::string kSource = CONV_SOURCE_DIR;
-constexpr const char* kDb = "stagea_test";
-
-// The stage-A application with both connections on the test database.
-class StdClusterApp : public ConvAppStd {
-public:
-    StdClusterApp(int argc, char** argv) : ConvAppStd(argc, argv, "sch") {}
-    int32_t OpenDatabases() override {
-        int32_t ret = CreateConnections();
-        const PgCluster& pg = TestCluster();
-        for (CdDBConnection* c : {entConnection_.get(), kivConnection_.get()})
-            if (ret == 0)
-                ret = c->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), kDb,
-                                 pg.PortText().c_str(), -1);
-        return ret;
-    }
-};
-
-class StageATest : public ::testing::Test {
+class StageATest : public StdRunTest {
 protected:
-    StageATest() : args_(RunArgs(dir_.Path(), "create", TestCluster().PortText())), app_(args_.Argc(), args_.Argv()) {}
+    StageATest() : StdRunTest("stagea_test") {}
 
     void SetUp() override {
-        MakeDirs(dir_ / "conv/log");
-        MakeDirs(dir_ / "store");
-        std::string error;
-        ASSERT_TRUE(TestCluster().CreateDatabase(kDb, &error)) << error;
-        ASSERT_TRUE(TestCluster().Exec(kDb, ReadFile(kSource + "/schema/ent.sql"), &error)) << error;
-        ASSERT_TRUE(TestCluster().Exec(kDb,
-                                       "CREATE TABLE t_set (ROWCOUNT integer, save integer, memo varchar,"
-                                       " num integer UNIQUE);"
-                                       "CREATE TABLE t_rec (ID integer PRIMARY KEY, name varchar, num integer);"
-                                       "CREATE TABLE t_own (SID_USER integer, name varchar, num integer);"
-                                       "CREATE TABLE t_att (sid_attach integer, filename varchar UNIQUE,"
-                                       " dispname varchar, mimetype varchar);",
-                                       &error))
-            << error;
-        ASSERT_EQ(app_.Init("label"), 0);
-        ent_ = app_.EntConnection();
-        ASSERT_EQ(ent_->SetTransactional(false), 0);
+        StdRunTest::SetUp();
+        EntSql("CREATE TABLE t_set (ROWCOUNT integer, save integer, memo varchar, num integer UNIQUE);"
+               "CREATE TABLE t_rec (ID integer PRIMARY KEY, name varchar, num integer);"
+               "CREATE TABLE t_own (SID_USER integer, name varchar, num integer);"
+               "CREATE TABLE t_att (sid_attach integer, filename varchar UNIQUE, dispname varchar, mimetype varchar);");
+        conn_ = app_.EntConnection();
+        ASSERT_EQ(conn_->SetTransactional(false), 0);
     }
-    void TearDown() override { app_.End(); }
 
-    void Store(const std::string& path, const std::string& utf8) { WriteFile(dir_ / ("store/" + path), Euc(utf8)); }
-    std::string Value(const std::string& sql) { return TestCluster().QueryValue(kDb, sql).value_or("<null>"); }
-    std::vector<std::string> UserLog() const {
-        std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/log/sch.log"))) out.push_back(StripStamp(line));
-        return out;
-    }
-    bool LogHas(const std::string& part) const {
-        const std::vector<std::string> log = UserLog();
-        return std::any_of(log.begin(), log.end(), [&](const std::string& l) { return l.find(part) != std::string::npos; });
-    }
     static ConvRow Record(std::initializer_list<std::pair<const char*, const char*>> items) {
         ConvRow row;
         for (const auto& [name, value] : items) AddColumn(name, value, kRowTypeText, row);
@@ -89,14 +47,11 @@ protected:
         row.back()->list = std::move(entries);
     }
 
-    TempDir dir_;
-    Args args_;
-    StdClusterApp app_;
-    CdDBConnection* ent_ = nullptr;
+    CdDBConnection* conn_ = nullptr;
 };
 
 TEST_F(StageATest, KeyMapAndNumberCheck) {
-    ConvDBEntryStdGen writer(&app_, ent_);
+    ConvDBEntryStdGen writer(&app_, conn_);
 
     // Unmapped keys leave no trace; an empty value adds no column.
     ConvRow record = Record({{"row", "5"}, {"unknown", "zzz"}, {"save", ""}});
@@ -124,25 +79,25 @@ TEST_F(StageATest, KeyMapAndNumberCheck) {
     EXPECT_EQ(writer.Entry("t_set", badId), 1);
     EXPECT_TRUE(LogHas("field=[ID] value=[x1]"));
 
-    EXPECT_EQ(Value("SELECT string_agg(ROWCOUNT::text, ',' ORDER BY ROWCOUNT) FROM t_set"), "-12,5");
+    EXPECT_EQ(Ent("SELECT string_agg(ROWCOUNT::text, ',' ORDER BY ROWCOUNT) FROM t_set"), "-12,5");
 }
 
 TEST_F(StageATest, KeyGivenTwiceIsInsertedOnceAfterRollbackFirstValueWins) {
-    ASSERT_EQ(ent_->SetTransactional(true), 0);
-    ConvDBEntryStd writer(&app_, ent_);
+    ASSERT_EQ(conn_->SetTransactional(true), 0);
+    ConvDBEntryStd writer(&app_, conn_);
     writer.MapKey("memo", "memo");
     writer.MapKey("n", "num");
     writer.AddKey("num", "");
     ConvRow record = Record({{"memo", "first"}, {"n", "1"}, {"memo", "second"}});
     EXPECT_EQ(writer.Entry("t_set", record), 0);
-    ASSERT_EQ(ent_->Commit(), 0);
-    EXPECT_EQ(Value("SELECT count(*) || ':' || max(memo) FROM t_set"), "1:first");
+    ASSERT_EQ(conn_->Commit(), 0);
+    EXPECT_EQ(Ent("SELECT count(*) || ':' || max(memo) FROM t_set"), "1:first");
     EXPECT_TRUE(LogHas("[WARN] t_set [num=1] 列の重複エラーが発生しましたが重複列を削除して再登録しました。"));
     EXPECT_EQ(app_.StatusWord(), 1);
 }
 
 TEST_F(StageATest, RetryListAnswersTwoForAStatementThatFailedBefore) {
-    ConvDBEntryStdEnableRetry writer(&app_, ent_);
+    ConvDBEntryStdEnableRetry writer(&app_, conn_);
     writer.MapKey("n", "num");
     ConvRow first = Record({{"n", "1"}}), again = Record({{"n", "1"}});
     EXPECT_EQ(writer.Entry("t_set", first), 0);
@@ -151,31 +106,31 @@ TEST_F(StageATest, RetryListAnswersTwoForAStatementThatFailedBefore) {
     EXPECT_EQ(writer.Entry("t_set", again), 2);  // not run again
     app_.ClearRetryList();
     EXPECT_EQ(writer.Entry("t_set", again), 1);
-    EXPECT_EQ(Value("SELECT count(*) FROM t_set"), "1");
+    EXPECT_EQ(Ent("SELECT count(*) FROM t_set"), "1");
 }
 
 TEST_F(StageATest, AttachmentRowsFollowTheirListsAndPassOverListedStatements) {
-    ConvDBEntryStdAttach writer(&app_, ent_, false);
+    ConvDBEntryStdAttach writer(&app_, conn_, false);
     ConvRow record = Record({{"title", "x"}});
     List(record, "attach", {"a.txt", "b.txt", "a.txt", "c.txt"});
     List(record, "attachdisp", {"A", "B"});
     List(record, "mimetype", {"text/plain"});
     // Automatic commit: the refused third row is left out and the walk goes on.
     EXPECT_EQ(writer.InsertAttach("t_att", record), 0);
-    EXPECT_EQ(Value("SELECT string_agg(sid_attach || filename || coalesce(dispname, '-') || coalesce(mimetype, '-'),"
+    EXPECT_EQ(Ent("SELECT string_agg(sid_attach || filename || coalesce(dispname, '-') || coalesce(mimetype, '-'),"
                     " ',' ORDER BY sid_attach) FROM t_att"),
               "1a.txtAtext/plain,2b.txtB-,4c.txt--");
     EXPECT_TRUE(LogHas("[WARN] t_att [dispname=] [sid_attach=3] 重複エラーが発生しましたが処理を続行しました。"));
 
     // In a transaction the refusal ends the walk; the walk again passes over it.
-    ASSERT_TRUE(TestCluster().Exec(kDb, "DELETE FROM t_att"));
+    ASSERT_TRUE(TestCluster().Exec(ent_, "DELETE FROM t_att"));
     app_.ClearRetryList();
-    ASSERT_EQ(ent_->SetTransactional(true), 0);
+    ASSERT_EQ(conn_->SetTransactional(true), 0);
     EXPECT_EQ(writer.InsertAttach("t_att", record), 1);
-    ASSERT_EQ(ent_->Rollback(1), 0);
+    ASSERT_EQ(conn_->Rollback(1), 0);
     EXPECT_EQ(writer.InsertAttach("t_att", record), 0);
-    ASSERT_EQ(ent_->Commit(), 0);
-    EXPECT_EQ(Value("SELECT string_agg(sid_attach::text, ',' ORDER BY sid_attach) FROM t_att"), "1,2,4");
+    ASSERT_EQ(conn_->Commit(), 0);
+    EXPECT_EQ(Ent("SELECT string_agg(sid_attach::text, ',' ORDER BY sid_attach) FROM t_att"), "1,2,4");
 }
 
 // An index conversion of t_rec, with ID and name mapped.
@@ -194,22 +149,20 @@ TEST_F(StageATest, IndexWritesItsIndexRowAndRecordsButNothingWhenLastIdIsZero) {
     Store("data/rec/index", "a=1\n_lastid=0\n");
     {
         RecIndex conv(&app_);
-        ASSERT_EQ(conv.OpenSource(), 0);
-        EXPECT_EQ(conv.Convert(), 0);
+        EXPECT_EQ(RunA(conv), 0);
     }
-    EXPECT_EQ(Value("SELECT count(*) FROM t_rec"), "0");
-    EXPECT_EQ(Value("SELECT count(*) FROM TM_INDEX"), "0");
+    EXPECT_EQ(Ent("SELECT count(*) FROM t_rec"), "0");
+    EXPECT_EQ(Ent("SELECT count(*) FROM TM_INDEX"), "0");
 
     // Entry 2 has no record file: passed over with a warning.
     Store("data/rec/index", "a=1\nb=2\nc=3\n_lastid=3\n");
     Store("data/rec/3/info", "object 77\nname=三\nend\n");
     {
         RecIndex conv(&app_);
-        ASSERT_EQ(conv.OpenSource(), 0);
-        EXPECT_EQ(conv.Convert(), 0);
+        EXPECT_EQ(RunA(conv), 0);
     }
-    EXPECT_EQ(Value("SELECT string_agg(ID || name, ',' ORDER BY ID) FROM t_rec"), "1一,3三");
-    EXPECT_EQ(Value("SELECT SID_MODULE || SUBCODE || ':' || lastid FROM TM_INDEX"), "9001:3");
+    EXPECT_EQ(Ent("SELECT string_agg(ID || name, ',' ORDER BY ID) FROM t_rec"), "1一,3三");
+    EXPECT_EQ(Ent("SELECT SID_MODULE || SUBCODE || ':' || lastid FROM TM_INDEX"), "9001:3");
     EXPECT_EQ(app_.StatusWord(), 1);
 }
 
@@ -239,22 +192,20 @@ TEST_F(StageATest, UnreadableOwnerIsPassedOverAndTransactionalOwnerRollsBackWhol
     // user 5 in no index, user 4 without trouble; user 3's second row is refused.
     {
         OwnList conv(&app_, true);
-        ASSERT_EQ(conv.OpenSource(), 0);
-        EXPECT_EQ(conv.Convert(), 0);
+        EXPECT_EQ(RunA(conv), 0);
     }
     // Owner 3's first row went in and was rolled back with the owner.
-    EXPECT_EQ(Value("SELECT string_agg(SID_USER || name, ',' ORDER BY SID_USER) FROM t_own"), "2two,4four");
+    EXPECT_EQ(Ent("SELECT string_agg(SID_USER || name, ',' ORDER BY SID_USER) FROM t_own"), "2two,4four");
     EXPECT_TRUE(LogHas("field=[num] value=[abc]"));
     EXPECT_EQ(app_.StatusWord(), 1);
 
     // Without a transaction the refused row alone is left out.
-    ASSERT_TRUE(TestCluster().Exec(kDb, "DELETE FROM t_own"));
+    ASSERT_TRUE(TestCluster().Exec(ent_, "DELETE FROM t_own"));
     {
         OwnList conv(&app_, false);
-        ASSERT_EQ(conv.OpenSource(), 0);
-        EXPECT_EQ(conv.Convert(), 0);
+        EXPECT_EQ(RunA(conv), 0);
     }
-    EXPECT_EQ(Value("SELECT string_agg(SID_USER || name, ',' ORDER BY SID_USER) FROM t_own"), "2two,3kept?,4four");
+    EXPECT_EQ(Ent("SELECT string_agg(SID_USER || name, ',' ORDER BY SID_USER) FROM t_own"), "2two,3kept?,4four");
 }
 
 // Personal schedule rights of each user (data/user/<id>/schacc).
@@ -280,14 +231,13 @@ TEST_F(StageATest, AccessRightsWalkAgainAfterRollbackAndDropDeletedIds) {
           "object user\nu=1\nu=99\nend\nobject uaccess\na=1\na=1\nend\nend\n");
     {
         SchAcc conv(&app_);
-        ASSERT_EQ(conv.OpenSource(), 0);
-        EXPECT_EQ(conv.Convert(), 0);
+        EXPECT_EQ(RunA(conv), 0);
     }
     auto rows = [&](const char* table) {
-        return Value(std::string("SELECT string_agg(ID || ':' || SID_ASSIGN || '=' || accesskind, ',' ORDER BY ID,"
+        return Ent(std::string("SELECT string_agg(ID || ':' || SID_ASSIGN || '=' || accesskind, ',' ORDER BY ID,"
                                  " SID_ASSIGN) FROM ") + table);
     };
-    EXPECT_EQ(Value("SELECT string_agg(SID_MODULE || ':' || ID || '=' || accesskind, ',' ORDER BY ID)"
+    EXPECT_EQ(Ent("SELECT string_agg(SID_MODULE || ':' || ID || '=' || accesskind, ',' ORDER BY ID)"
                     " FROM TMPR_ACCESS_ALL"),
               "1:1=2,1:2=3");
     EXPECT_EQ(rows("TMPR_ACCESS_GROUP"), "1:3=1,2:5=2");
@@ -307,10 +257,10 @@ TEST_F(StageATest, AdministratorStepsFillTheirTables) {
     Store("data/user/index", "_lastid=0\n");  // the owner steps of every module need it
     ConvBatSchStd bat(&app_);
     EXPECT_EQ(bat.RunPrepare(), 0);
-    EXPECT_EQ(Value("SELECT string_agg(ID::text, ',' ORDER BY ID) FROM TM_PLT_ADMIN_COMMON"), "5,6");
-    EXPECT_EQ(Value("SELECT string_agg(SID_GROUP || ':' || ID, ',') FROM TM_PLT_ADMIN_GROUP"), "3:7");
-    EXPECT_EQ(Value("SELECT count(*) FROM TM_AGENDA_COMMON"), "0");
-    EXPECT_EQ(Value("SELECT string_agg(SID_GROUP || ':' || ID, ',' ORDER BY ID) FROM TM_AGENDA_ADMIN_GROUP"),
+    EXPECT_EQ(Ent("SELECT string_agg(ID::text, ',' ORDER BY ID) FROM TM_PLT_ADMIN_COMMON"), "5,6");
+    EXPECT_EQ(Ent("SELECT string_agg(SID_GROUP || ':' || ID, ',') FROM TM_PLT_ADMIN_GROUP"), "3:7");
+    EXPECT_EQ(Ent("SELECT count(*) FROM TM_AGENDA_COMMON"), "0");
+    EXPECT_EQ(Ent("SELECT string_agg(SID_GROUP || ':' || ID, ',' ORDER BY ID) FROM TM_AGENDA_ADMIN_GROUP"),
               "4:8,4:9");
     EXPECT_EQ(app_.StatusWord(), 0);
 }
@@ -332,12 +282,8 @@ TEST(StageARun, FailingStepStopsTheRunBeforeStageB) {
     ChildResult r = RunInChild(RunProgram, &args);
 
     EXPECT_EQ(r.status, 253);
-    std::string status;
-    for (const std::string& line : Lines(ReadFile(dir / "conv/sch.sts")))
-        if (line.rfind("status=", 0) == 0) status = line.substr(7);
-    EXPECT_EQ(status, "3");
-    std::vector<std::string> log;
-    for (const std::string& line : Lines(ReadFile(dir / "conv/log/sch.log"))) log.push_back(StripStamp(line));
+    EXPECT_EQ(StatusValue(dir / "conv/sch.sts", "status"), "3");
+    const std::vector<std::string> log = LogLines(dir / "conv/log/sch.log");
     auto has = [&](const std::string& part) {
         return std::any_of(log.begin(), log.end(), [&](const std::string& l) { return l.find(part) != std::string::npos; });
     };

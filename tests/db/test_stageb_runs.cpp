@@ -39,26 +39,13 @@ protected:
         return RunInChild(RunProgram, &args);
     }
 
-    std::vector<std::string> UserLog() const {
-        std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir / "conv/log/sch.log"))) out.push_back(StripStamp(line));
-        return out;
-    }
+    std::vector<std::string> UserLog() const { return LogLines(dir / "conv/log/sch.log"); }
     bool LogHas(const std::string& line) const {
         const std::vector<std::string> log = UserLog();
         return std::find(log.begin(), log.end(), line) != log.end();
     }
-    std::string Status() const {
-        for (const std::string& line : Lines(ReadFile(dir / "conv/sch.sts")))
-            if (line.rfind("status=", 0) == 0) return line.substr(7);
-        return "<none>";
-    }
-    std::vector<std::string> StatusMessages() const {
-        std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir / "conv/sch.sts")))
-            if (line.rfind("dispmsg=", 0) == 0) out.push_back(line.substr(8));
-        return out;
-    }
+    std::string Status() const { return StatusValue(dir / "conv/sch.sts", "status"); }
+    std::vector<std::string> StatusMessages() const { return StatusValues(dir / "conv/sch.sts", "dispmsg"); }
 
     // Working rows of every table the shared steps read.
     void FillWorkingRows() {

@@ -4,65 +4,25 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iostream>
 #include <string>
 #include <vector>
 
-#include "MakeConvSToKiv/convstdcom/ConvAppStd.h"
 #include "MakeConvSToKiv/convstdsch/ConvExStdSchEvent.h"
 #include "MakeConvSToKiv/convstdsch/ConvExStdSchIcon.h"
 #include "MakeConvSToKiv/convstdsch/ConvExStdSchSchGroup.h"
 #include "MakeConvSToKiv/convstdsch/ConvExStdSchSchPGroup.h"
 #include "MakeConvSToKiv/convstdsch/ConvExStdSchSchUser.h"
 #include "MakeConvSToKiv/convstdsch/ConvExStdSchSetting.h"
-#include "PgCluster.h"
-#include "TestSupport.h"
-#include "database/CdDBConnection.h"
+#include "StdRun.h"
 
 using namespace testsupport;
 
 namespace {
 
-const char* const kDb = "std_schedule_test";
-
-// The two-stage application with both connections on the test database.
-class StdScheduleApp : public ConvAppStd {
-public:
-    StdScheduleApp(int argc, char** argv) : ConvAppStd(argc, argv, "sch") {}
-    int32_t OpenDatabases() override {
-        int32_t ret = CreateConnections();
-        const PgCluster& pg = TestCluster();
-        for (CdDBConnection* c : {entConnection_.get(), kivConnection_.get()})
-            if (ret == 0)
-                ret = c->Connect(pg.User().c_str(), pg.Password().c_str(), pg.Host().c_str(), kDb,
-                                 pg.PortText().c_str(), -1);
-        return ret;
-    }
-};
-
-class StdScheduleTest : public ::testing::Test {
+class StdScheduleTest : public StdRunTest {
 protected:
-    StdScheduleTest()
-        : args_(RunArgs(dir_.Path(), "create", TestCluster().PortText())), app_(args_.Argc(), args_.Argv()) {}
+    StdScheduleTest() : StdRunTest("std_schedule") {}
 
-    void SetUp() override {
-        MakeDirs(dir_ / "conv/log");
-        std::string error;
-        ASSERT_TRUE(TestCluster().CreateDatabase(kDb, &error)) << error;
-        ASSERT_TRUE(TestCluster().Exec(kDb, ReadFile(std::string(CONV_SOURCE_DIR) + "/schema/ent.sql"), &error))
-            << error;
-        ASSERT_EQ(app_.Init("label"), 0);
-    }
-    void TearDown() override {
-        app_.End();
-        if (HasFailure())
-            for (const std::string& line : UserLog()) std::cout << "user log: " << line << "\n";
-    }
-
-    // A flat-store file, written in EUC-JP.
-    void Put(const std::string& relative, const std::string& utf8) {
-        WriteFile(dir_ / ("store/" + relative), Euc(utf8));
-    }
     // A value-form index of ids, each with its record file.
     void Index(const std::string& directory, const std::vector<int>& ids, const std::vector<int>& withoutInfo = {}) {
         std::string index;
@@ -71,56 +31,28 @@ protected:
             index += "n" + std::to_string(id) + "=" + std::to_string(id) + "\n";
             last = std::max(last, id);
             if (std::find(withoutInfo.begin(), withoutInfo.end(), id) == withoutInfo.end())
-                Put(directory + "/" + std::to_string(id) + "/info",
-                    "object " + std::to_string(id) + "\nName=名前" + std::to_string(id) + "\nKana=なまえ\nend\n");
+                Store(directory + "/" + std::to_string(id) + "/info",
+                      "object " + std::to_string(id) + "\nName=名前" + std::to_string(id) + "\nKana=なまえ\nend\n");
         }
-        Put(directory + "/index", index + "_lastid=" + std::to_string(last) + "\n");
+        Store(directory + "/index", index + "_lastid=" + std::to_string(last) + "\n");
     }
 
     template <class T, class... Extra>
     int32_t Run(Extra... extra) {
         T conversion(&app_, extra...);
-        int32_t ret = conversion.OpenSource();
-        if (ret == 0) ret = conversion.Convert();
-        return ret;
+        return RunA(conversion);
     }
 
-    // Rows of a query as "a|b|c", NULL as "-".
-    std::vector<std::string> Rows(const std::string& sql) {
-        PgCluster::Rows rows;
-        std::string error;
-        EXPECT_TRUE(TestCluster().Query(kDb, sql, &rows, &error)) << error;
-        std::vector<std::string> out;
-        for (const auto& row : rows) {
-            std::string line;
-            for (std::size_t i = 0; i < row.size(); ++i) line += (i ? "|" : "") + row[i].value_or("-");
-            out.push_back(line);
-        }
-        return out;
-    }
+    std::vector<std::string> Rows(const std::string& sql) { return RowLines(ent_, sql); }
     // A table's rows as JSON objects without their NULL columns, in key order.
     std::vector<std::string> Json(const std::string& table, const std::string& order) {
         return Rows("SELECT json_strip_nulls(row_to_json(t))::text FROM " + table + " t ORDER BY " + order);
     }
-
-    std::vector<std::string> UserLog() const {
-        std::vector<std::string> out;
-        for (const std::string& line : Lines(ReadFile(dir_ / "conv/log/sch.log"))) out.push_back(StripStamp(line));
-        return out;
-    }
-    bool UserLogHas(const std::string& part) const {
-        const std::vector<std::string> log = UserLog();
-        return std::any_of(log.begin(), log.end(), [&](const std::string& l) { return l.find(part) != std::string::npos; });
-    }
-
-    TempDir dir_;
-    Args args_;
-    StdScheduleApp app_;
 };
 
 TEST_F(StdScheduleTest, OneObjectGivesItsMainRowAndOneRowPerListedDate) {
     Index("data/user", {7});
-    Put("data/user/7/schedule",
+    Store("data/user/7/schedule",
         "object 12\nstartdate=20120401\nenddate=20120430\nlevel=1\nrepeat=1\neveryweek=2\n"
         "object dates\n1=20120403\n2=20120410\nend\n"
         "object deldates\n1=20120410\nend\n"
@@ -142,7 +74,7 @@ TEST_F(StdScheduleTest, BadRecordsAreLeftOutWithTheirKeysAndTheOwnersOtherRecord
     Index("data/user", {7, 8});
     std::string longMemo;
     for (int i = 0; i < 2048; ++i) longMemo += i < 2046 ? "予" : "x";
-    Put("data/user/7/schedule",
+    Store("data/user/7/schedule",
         "object 1\nstartdate=20120401\nstarttime=0900\nevent=会議\ndetail=定例\nmemo=一行目\n\t二行目\n"
         "object dates\n1=20120401\n2=2012041\n3=20120408\n4=abcd0101\n5=20120408\n6=\n7=20120415xyz\nend\n"
         "object attach\n1=agenda.pdf\n2=予定表.xls\nend\n"
@@ -157,7 +89,7 @@ TEST_F(StdScheduleTest, BadRecordsAreLeftOutWithTheirKeysAndTheOwnersOtherRecord
         "object 5\nstartdate=20110229\nend\n"
         "object 6\nstartdate=20120406\nagnids=\nobject agnids\nend\nend\n"
         "object 7\nstartdate=20120407\nmemo=" + std::string(2047, 'm') + "\nend\n");
-    Put("data/user/8/schedule", "object 1\nstartdate=20120401\nend\n");
+    Store("data/user/8/schedule", "object 1\nstartdate=20120401\nend\n");
     EXPECT_EQ(Run<ConvExStdSchSchUser>(), 0);
 
     EXPECT_EQ(Rows("SELECT sid_user, id, startdate, agenda, memo FROM TTPR_SCHEDULE WHERE id NOT IN (4, 7)"
@@ -173,15 +105,15 @@ TEST_F(StdScheduleTest, BadRecordsAreLeftOutWithTheirKeysAndTheOwnersOtherRecord
     EXPECT_EQ(Rows("SELECT id, char_length(memo), right(memo, 2) FROM TTPR_SCHEDULE WHERE id IN (4, 7) ORDER BY id"),
               (std::vector<std::string>{"4|2047|予x", "7|2047|mm"}));
 
-    EXPECT_TRUE(UserLogHas("[WARN] TTPR_SCHEDULE [ID=2] [SID_USER=7] [detail=大阪] [event=出張] "
+    EXPECT_TRUE(LogHas("[WARN] TTPR_SCHEDULE [ID=2] [SID_USER=7] [detail=大阪] [event=出張] "
                            "[startdate=abcd0101] [starttime=1000] 開始日付[abcd0101]が不正ですが処理を続行しました。"));
-    EXPECT_TRUE(UserLogHas("TTPR_SCHEDULE [ID=3] [SID_USER=7] [detail=A社] [event=来客] [startdate=20120403] "
+    EXPECT_TRUE(LogHas("TTPR_SCHEDULE [ID=3] [SID_USER=7] [detail=A社] [event=来客] [startdate=20120403] "
                            "[starttime=1100] 数値型の項目に文字列が指定されたため、登録を行いませんでした。"
                            "field=[iconno] value=[1a]"));
-    EXPECT_TRUE(UserLogHas("[WARN] TTPR_SCHEDULE [ID=4] [SID_USER=7] [detail=長文] [event=作業] "
+    EXPECT_TRUE(LogHas("[WARN] TTPR_SCHEDULE [ID=4] [SID_USER=7] [detail=長文] [event=作業] "
                            "[startdate=20120404] [starttime=1200] "
                            "[memo]の値が桁数オーバーとなるため、[2047]文字でカットして登録しました。"));
-    EXPECT_TRUE(UserLogHas("[WARN] TTPR_SCHEDULE [ID=5] [SID_USER=7] [detail=] [event=] [startdate=20110229] "
+    EXPECT_TRUE(LogHas("[WARN] TTPR_SCHEDULE [ID=5] [SID_USER=7] [detail=] [event=] [startdate=20110229] "
                            "[starttime=] 開始日付[20110229]が不正ですが処理を続行しました。"));
     EXPECT_EQ(UserLog().size(), 4u);
     EXPECT_EQ(app_.StatusWord(), 1);
@@ -191,18 +123,18 @@ TEST_F(StdScheduleTest, GroupsAndPersonalGroupsNeedTheirOwnRecord) {
     Index("data/user", {7, 8});
     Index("data/group", {3, 4}, {4});
     // A crash remnant: the entry stands twice; the second copy and its lists are refused.
-    Put("data/group/3/schedule",
+    Store("data/group/3/schedule",
         "object 40\nstartdate=20120501\nevent=全体会議\nobject deldates\n1=20120508\nend\n"
         "object attach\n1=資料.txt\nend\nend\n"
         "object 40\nstartdate=20120501\nevent=全体会議\nobject deldates\n1=20120515\nend\n"
         "object attach\n1=古い資料.txt\nend\nend\n");
-    Put("data/group/4/schedule", "object 41\nstartdate=20120502\nend\n");
+    Store("data/group/4/schedule", "object 41\nstartdate=20120502\nend\n");
     // User 7's personal group 2 has no record of its own; user 8 has no groups.
     Index("data/user/7/group", {1, 2}, {2});
-    Put("data/user/7/group/1/schedule",
+    Store("data/user/7/group/1/schedule",
         "object 50\nstartdate=20120601\nalarm=1\nobject dates\n1=20120602\nend\n"
         "object attach\n1=a.txt\nend\nend\n");
-    Put("data/user/7/group/2/schedule", "object 51\nstartdate=20120603\nend\n");
+    Store("data/user/7/group/2/schedule", "object 51\nstartdate=20120603\nend\n");
     EXPECT_EQ(Run<ConvExStdSchSchGroup>(), 0);
     EXPECT_EQ(Run<ConvExStdSchSchPGroup>(), 0);
 
@@ -222,11 +154,11 @@ TEST_F(StdScheduleTest, GroupsAndPersonalGroupsNeedTheirOwnRecord) {
     EXPECT_EQ(Rows("SELECT sid_prgroup, sid_user, id, sid_attach, filename FROM TTPR_ATTACH_SCH_GROUP"),
               (std::vector<std::string>{"1|7|50|1|a.txt"}));
 
-    EXPECT_TRUE(UserLogHas("[WARN] TT_SCH_GROUP [ID=40] [SID_GROUP=3] [detail=] [event=全体会議] "
+    EXPECT_TRUE(LogHas("[WARN] TT_SCH_GROUP [ID=40] [SID_GROUP=3] [detail=] [event=全体会議] "
                            "[startdate=20120501] [starttime=] 重複エラーが発生しましたが処理を続行しました。"));
     // Each group without its record is named in the user log by its path.
-    EXPECT_TRUE(UserLogHas("ファイル[" + dir_.Path() + "/store/data/group//4/info]"));
-    EXPECT_TRUE(UserLogHas("ファイル[" + dir_.Path() + "/store/data/user/7/group//2/info]"));
+    EXPECT_TRUE(LogHas("ファイル[" + dir_.Path() + "/store/data/group//4/info]"));
+    EXPECT_TRUE(LogHas("ファイル[" + dir_.Path() + "/store/data/user/7/group//2/info]"));
     for (const std::string& line : UserLog()) EXPECT_EQ(line.rfind("[WARN] ", 0), 0u) << line;
     EXPECT_EQ(app_.StatusWord(), 1);
 }
@@ -234,16 +166,16 @@ TEST_F(StdScheduleTest, GroupsAndPersonalGroupsNeedTheirOwnRecord) {
 TEST_F(StdScheduleTest, PersonalAccessRightsRideAlongWithTheUsersEntries) {
     Index("data/user", {7, 8, 9, 10});
     Index("data/group", {3});
-    Put("data/user/7/schacc",
+    Store("data/user/7/schacc",
         "object 1\naccesskind=2\n"
         "object group\n1=3\n2=-5\n3=99\n4=3\nend\nobject gaccess\n1=1\n2=2\n3=1\nend\n"
         "object user\n1=8\n2=77\n3=9\nend\nobject uaccess\n1=2\n2=1\n3=1\nend\n"
         "end\n");
-    Put("data/user/7/schedule", "object 12\nstartdate=20120401\nend\n");
+    Store("data/user/7/schedule", "object 12\nstartdate=20120401\nend\n");
     // Without an access kind the default is "3"; user 9 has rights but no entries.
-    Put("data/user/8/schacc", "object 1\nend\n");
-    Put("data/user/8/schedule", "object 13\nstartdate=20120402\nend\n");
-    Put("data/user/9/schacc", "object 1\naccesskind=1\nend\n");
+    Store("data/user/8/schacc", "object 1\nend\n");
+    Store("data/user/8/schedule", "object 13\nstartdate=20120402\nend\n");
+    Store("data/user/9/schacc", "object 1\naccesskind=1\nend\n");
     EXPECT_EQ(Run<ConvExStdSchSchUser>(), 0);
 
     EXPECT_EQ(Rows("SELECT id, sid_module, accesskind FROM TMPR_ACCESS_ALL ORDER BY id"),
@@ -264,37 +196,37 @@ TEST_F(StdScheduleTest, PersonalAccessRightsRideAlongWithTheUsersEntries) {
 
 TEST_F(StdScheduleTest, UnreadableAccessFilePassesOverThatUserOnly) {
     Index("data/user", {10, 11, 12});
-    Put("data/user/10/schacc", "accesskind=2\nobject 1\nend\n");
-    Put("data/user/10/schedule", "object 14\nstartdate=20120401\nend\n");
-    Put("data/user/11/schacc", "object abc\naccesskind=2\nend\n");
-    Put("data/user/11/schedule", "object 15\nstartdate=20120401\nend\n");
-    Put("data/user/12/schedule", "object 16\nstartdate=20120401\nend\n");
+    Store("data/user/10/schacc", "accesskind=2\nobject 1\nend\n");
+    Store("data/user/10/schedule", "object 14\nstartdate=20120401\nend\n");
+    Store("data/user/11/schacc", "object abc\naccesskind=2\nend\n");
+    Store("data/user/11/schedule", "object 15\nstartdate=20120401\nend\n");
+    Store("data/user/12/schedule", "object 16\nstartdate=20120401\nend\n");
     EXPECT_EQ(Run<ConvExStdSchSchUser>(), 0);
 
     EXPECT_EQ(Rows("SELECT sid_user, id FROM TTPR_SCHEDULE ORDER BY sid_user"),
               (std::vector<std::string>{"12|16"}));
     EXPECT_EQ(Rows("SELECT count(*) FROM TMPR_ACCESS_ALL"), (std::vector<std::string>{"0"}));
-    EXPECT_TRUE(UserLogHas("ファイル[" + dir_.Path() + "/store/data/user/10/schacc]"));
-    EXPECT_TRUE(UserLogHas("値[abc]が不正です。ファイル[" + dir_.Path() + "/store/data/user/11/schacc]"));
+    EXPECT_TRUE(LogHas("ファイル[" + dir_.Path() + "/store/data/user/10/schacc]"));
+    EXPECT_TRUE(LogHas("値[abc]が不正です。ファイル[" + dir_.Path() + "/store/data/user/11/schacc]"));
     EXPECT_EQ(app_.StatusWord(), 1);
 }
 
 TEST_F(StdScheduleTest, SettingsWordListsAndIcons) {
     Index("data/user", {7, 8, 9});
-    Put("data/schedule/setting",
+    Store("data/schedule/setting",
         "object 1\nrow=10\nsave=1\ninfomation=お知らせ\nstart=8\nunit=30\nopenperm=1\nrowother=5\nsunday=1\n"
         "Group=2\ntodo=1\nunknown=x\nend\n");
-    Put("data/schedule/event", "a=会議\nb=\nz=出張\n");
-    Put("data/schedule/place", "");
-    Put("data/schedule/icon/index", "i1=1\ni3=3\n_lastid=3\n");
-    Put("data/schedule/icon/1/info",
+    Store("data/schedule/event", "a=会議\nb=\nz=出張\n");
+    Store("data/schedule/place", "");
+    Store("data/schedule/icon/index", "i1=1\ni3=3\n_lastid=3\n");
+    Store("data/schedule/icon/1/info",
         "object 1\nName=星\nobject attach\n1=star.gif\nend\nobject attachdisp\n1=星.gif\nend\n"
         "object mimetype\n1=image/gif\nend\nobject other\n1=x\nend\nend\n");
-    Put("data/schedule/icon/3/info", "object 3\nName=丸\nend\n");
-    Put("data/user/7/schgen", "object 1\nrow=3\nsave=1\ninfomation=x\nstart=9\nrowother=2\nholiday=1\nend\n");
-    Put("data/user/9/schgen", "object 1\nrow=abc\nrowother=2\nend\n");
-    Put("data/user/7/event", "1=私用\n");
-    Put("data/user/8/place", "x=自宅\ny=実家\n");
+    Store("data/schedule/icon/3/info", "object 3\nName=丸\nend\n");
+    Store("data/user/7/schgen", "object 1\nrow=3\nsave=1\ninfomation=x\nstart=9\nrowother=2\nholiday=1\nend\n");
+    Store("data/user/9/schgen", "object 1\nrow=abc\nrowother=2\nend\n");
+    Store("data/user/7/event", "1=私用\n");
+    Store("data/user/8/place", "x=自宅\ny=実家\n");
 
     EXPECT_EQ(Run<ConvExStdSchSetting>(), 0);
     EXPECT_EQ(Run<ConvExStdSchEvent>(), 0);
@@ -321,7 +253,7 @@ TEST_F(StdScheduleTest, SettingsWordListsAndIcons) {
     EXPECT_EQ(Rows("SELECT sid_user, id, item FROM TMPR_SCH_EVENT"), (std::vector<std::string>{"7|1|私用"}));
     EXPECT_EQ(Rows("SELECT sid_user, id, item FROM TMPR_SCH_PLACE ORDER BY id"),
               (std::vector<std::string>{"8|1|自宅", "8|2|実家"}));
-    EXPECT_TRUE(UserLogHas("TMPR_SCH_SETTING [SID_USER=9] 数値型の項目に文字列が指定されたため、登録を行いませんでした。"
+    EXPECT_TRUE(LogHas("TMPR_SCH_SETTING [SID_USER=9] 数値型の項目に文字列が指定されたため、登録を行いませんでした。"
                            "field=[row] value=[abc]"));
     EXPECT_EQ(UserLog().size(), 1u);
 }
