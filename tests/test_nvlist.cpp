@@ -35,7 +35,7 @@ void Fill(NUNVList& list, std::initializer_list<std::pair<const char*, const cha
 TEST(NUNVListTest, KeepsOrderAcrossGrowth) {
     NUNVList list;
     std::vector<std::string> names;
-    for (int i = 0; i < 129; ++i) names.push_back("n" + std::to_string(i));
+    for (int i = 0; i < 129; ++i) names.push_back(std::string("n").append(std::to_string(i)));
     for (const std::string& name : names) ASSERT_EQ(list.AddText(name.c_str(), "v"), 0);
     EXPECT_EQ(Names(list), names);
     NUNVList none(0);  // a capacity of 0 still grows

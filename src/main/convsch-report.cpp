@@ -50,7 +50,7 @@ int main(int argc, char** argv) {
         std::vector<std::string> args = {"convsch"};
         for (int i = 2; i < argc; ++i) args.emplace_back(argv[i]);
         const ConvReconcileResult result = convrun::Reconcile(args, account);
-        text += "\n" + convrun::FormatReconcile(result);
+        text.append("\n").append(convrun::FormatReconcile(result));
         status = !result.failure.empty() ? 4 : result.Unexplained() > 0 ? 3 : 0;
     }
     std::fwrite(text.data(), 1, text.size(), stdout);

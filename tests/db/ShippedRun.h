@@ -33,7 +33,10 @@ inline std::vector<std::string> RowLines(const std::string& db, const std::strin
     std::vector<std::string> out;
     for (const auto& row : rows) {
         std::string line;
-        for (std::size_t i = 0; i < row.size(); ++i) line += (i ? "|" : "") + row[i].value_or("-");
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            if (i) line += '|';
+            line += row[i].value_or("-");
+        }
         out.push_back(line);
     }
     return out;

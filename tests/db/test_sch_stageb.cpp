@@ -63,7 +63,7 @@ protected:
 // Columns of a user's entry: owner, id, dates, times, repeat, week days, event.
 std::string UserEntry(int user, int id, const char* start, const char* end, const char* startTime,
                       const char* endTime, const char* repeat, const char* weekdays, const char* event) {
-    auto q = [](const char* v) { return v ? "'" + std::string(v) + "'" : std::string("NULL"); };
+    auto q = [](const char* v) { return v ? std::string("'").append(v).append("'") : std::string("NULL"); };
     return "INSERT INTO TTPR_SCHEDULE (SID_USER, ID, startdate, enddate, starttime, endtime, repeat, everyweekday,"
            " event, creuser) VALUES (" +
            std::to_string(user) + ", " + std::to_string(id) + ", " + q(start) + ", " + q(end) + ", " +

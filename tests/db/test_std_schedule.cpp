@@ -28,7 +28,8 @@ protected:
         std::string index;
         int last = 0;
         for (int id : ids) {
-            index += "n" + std::to_string(id) + "=" + std::to_string(id) + "\n";
+            const std::string number = std::to_string(id);
+            index.append("n").append(number).append("=").append(number).append("\n");
             last = std::max(last, id);
             if (std::find(withoutInfo.begin(), withoutInfo.end(), id) == withoutInfo.end())
                 Store(directory + "/" + std::to_string(id) + "/info",

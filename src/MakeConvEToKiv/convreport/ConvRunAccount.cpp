@@ -319,7 +319,8 @@ std::string FormatAccount(const ConvRunAccount& account) {
 
     std::size_t labelWidth = 20;
     for (const ConvStep& step : account.steps) labelWidth = std::max(labelWidth, DisplayWidth(step.label));
-    out += "\n" + Pad("step", 5) + Pad("label", labelWidth + 2) + PadLeft("read", 8) + PadLeft("written", 9) +
+    out += '\n';
+    out += Pad("step", 5) + Pad("label", labelWidth + 2) + PadLeft("read", 8) + PadLeft("written", 9) +
            PadLeft("left out", 10) + PadLeft("warnings", 10) + PadLeft("time", 12) + "  state\n";
     std::size_t noteCount = account.outsideNotes.size();
     for (const ConvStep& step : account.steps) {

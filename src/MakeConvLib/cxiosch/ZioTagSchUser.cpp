@@ -80,7 +80,7 @@ int ZioTagSchUser::BuildBody(CiofSchedule* schedule, const char* url, const char
         if (!s.endDate.IsEmpty()) date += MonthDay(s.endDate);
         date += Text(s.repeat.IsDateList() ? "schxlrepcal" : "schxlrep");
     }
-    if (!s.startTime.IsEmpty()) date += " " + TimeText(s.startTime);
+    if (!s.startTime.IsEmpty()) date.append(" ").append(TimeText(s.startTime));
     if (!repeating && !sameDay) date += Text("comfromto") + MonthDay(s.endDate);
     if (!s.endTime.IsEmpty()) {
         date += (repeating || sameDay) ? Text("comfromto") : " ";
