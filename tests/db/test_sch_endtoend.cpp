@@ -129,18 +129,7 @@ protected:
         return RunInChild(RunInZone, &run);
     }
 
-    std::vector<std::string> Kiv(const std::string& sql) {
-        PgCluster::Rows rows;
-        std::string error;
-        EXPECT_TRUE(TestCluster().Query(kKiv, sql, &rows, &error)) << error;
-        std::vector<std::string> out;
-        for (const auto& row : rows) {
-            std::string line;
-            for (std::size_t i = 0; i < row.size(); ++i) line += (i ? "|" : "") + (row[i] ? *row[i] : "-");
-            out.push_back(line);
-        }
-        return out;
-    }
+    std::vector<std::string> Kiv(const std::string& sql) { return RowLines(kKiv, sql); }
     std::vector<std::string> LogLinesWith(const std::string& part) const {
         std::vector<std::string> out;
         for (const std::string& line : LogLines(dir_ / "conv/log/sch.log"))
